@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+#include <QVariantList>
+
+// The seven values of one suite message, in the dialog's own order.
+struct MessageRequest
+{
+    QString prompt;
+    qint32 buttons = 0; // 0 = OK only, 4 = Yes and No
+    QString caption;
+    QString title;
+    QString heading; // ampersands already doubled by SuiteMessageBox
+    int iconKind = 6; // 6 information/warning/error, 9 question
+    bool flag = true;
+};
+
+// Button codes the dialog returns, as the platform's message box does.
+enum MessageResult : qint16 { ResultOk = 1, ResultYes = 6, ResultNo = 7 };
+
+// Shows a message to the user. Logic talks to the user only through this, so
+// tests can answer in place of a person; the widget build installs the real
+// dialog.
+class MessageService
+{
+public:
+    virtual ~MessageService() = default;
+    virtual qint16 show(const MessageRequest &request) = 0;
+};
+
+// The service SuiteMessageBox uses. Without one installed, messages go to
+// standard error and are answered OK (No for a question).
+MessageService *messageService();
+void setMessageService(MessageService *service);
+
+QString EscapeAmpersands(const QVariant &text);
+
+qint16 SuiteMessageBox(const QString &prompt, qint32 buttons, const QString &caption,
+                       const QString &title, const QVariant &heading, int iconKind, bool flag);

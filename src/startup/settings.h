@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+
+// The suite's configuration object. It keeps no state: each member reads the
+// INI file afresh, so a change by another suite program is seen at once.
+class Settings
+{
+public:
+    QString DatabaseName() const;
+    QString WageDataBase() const;
+    bool EmployeeOnly() const;
+};
