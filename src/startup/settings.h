@@ -11,3 +11,7 @@ public:
     QString WageDataBase() const;
     bool EmployeeOnly() const;
 };
+
+// The suite's product name, the caption of every message: INI section "START",
+// key "Firm", "Corvane" when empty.
+QString FirmName();
