@@ -1,6 +1,8 @@
 #include "suitefiles.h"
 
+#include "bookwriter.h"
 #include "data/cverror.h"
+#include "suitedata.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,9 +16,18 @@ namespace SuiteFiles {
 
 static const char *kSource = "cvsuite";
 
-QString farmPath(const QString &dir) { return dir + "/data/Farm32.mdb"; }
-QString wagePath(const QString &dir) { return dir + "/data/Wage32.mdb"; }
-QString iniPath(const QString &dir) { return dir + "/Corvane/Common/Corvane.ini"; }
+QString farmPath(const QString &dir)
+{
+    return dir + "/data/Farm32.mdb";
+}
+QString wagePath(const QString &dir)
+{
+    return dir + "/data/Wage32.mdb";
+}
+QString iniPath(const QString &dir)
+{
+    return dir + "/Corvane/Common/Corvane.ini";
+}
 
 QString schemaText(DataFile which)
 {
@@ -82,29 +93,155 @@ void createDataFile(const QString &path, DataFile which, bool overwrite)
     }
 }
 
-void initSuite(const QString &dir, bool force)
+static void writeIni(const QString &dir, bool force)
 {
     const QString ini = iniPath(dir);
+    if (!force && QFileInfo::exists(ini))
+        return;
     QDir().mkpath(QFileInfo(ini).absolutePath());
-    if (force || !QFileInfo::exists(ini)) {
-        QFile f(ini);
-        if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            throw CvError(CvError::PermissionDenied, kSource, "cannot write " + ini);
-        // The data paths are left to their defaults under the shared folder.
-        f.write("[CORVANE]\r\n"
-                "[START]\r\n"
-                "Firm=Corvane\r\n"
-                "[WAGE]\r\n"
-                "AllEmployees=N\r\n"
-                "[TAX]\r\n"
-                "WageAccount=401001\r\n"
-                "[WINDOWS]\r\n"
-                "Country=64\r\n");
-    }
+    QFile f(ini);
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        throw CvError(CvError::PermissionDenied, kSource, "cannot write " + ini);
+    // The data paths are left to their defaults under the shared folder.
+    f.write("[CORVANE]\r\n"
+            "[START]\r\n"
+            "Firm=Corvane\r\n"
+            "[WAGE]\r\n"
+            "AllEmployees=N\r\n"
+            "[TAX]\r\n"
+            "WageAccount=401001\r\n"
+            "TaxNumberName=GST\r\n"
+            "[WINDOWS]\r\n"
+            "Country=64\r\n"
+            "[HELPCONTEXTIDS]\r\n"
+            "AddressBook=1001\r\n"
+            "PayDetails=1002\r\n"
+            "[COLOURS]\r\n"
+            "CvHeader=0,51,102\r\n");
+    if (!f.flush())
+        throw CvError(CvError::PermissionDenied, kSource, "cannot write " + ini);
+}
+
+void initSuite(const QString &dir, bool force)
+{
+    writeIni(dir, force);
     if (force || !QFileInfo::exists(farmPath(dir)))
         createDataFile(farmPath(dir), DataFile::Farm, force);
     if (force || !QFileInfo::exists(wagePath(dir)))
         createDataFile(wagePath(dir), DataFile::Wage, force);
+}
+
+QStringList existingDataFiles(const QString &dir)
+{
+    QStringList out;
+    for (const QString &path : {farmPath(dir), wagePath(dir)}) {
+        if (QFileInfo::exists(path))
+            out << path;
+    }
+    return out;
+}
+
+static void moveIntoPlace(const QString &from, const QString &to)
+{
+    if (QFileInfo::exists(to) && !QFile::remove(to))
+        throw CvError(CvError::PermissionDenied, kSource, "cannot replace " + to);
+    if (!QFile::rename(from, to))
+        throw CvError(CvError::PermissionDenied, kSource, "cannot write " + to);
+}
+
+// Both data files are filled beside their final places and moved in only when
+// complete, so a failure, or a refusal, leaves what was there.
+template <typename Fill> static void buildSuite(const QString &dir, bool force, Fill fill)
+{
+    const QStringList existing = existingDataFiles(dir);
+    if (!force && !existing.isEmpty())
+        throw CvError(CvError::PermissionDenied, kSource,
+                      existing.size() == 1
+                          ? existing[0] + " exists already; use --force to replace it"
+                          : existing.join(" and ") + " exist already; use --force to replace them");
+    const QString farmPart = farmPath(dir) + ".part";
+    const QString wagePart = wagePath(dir) + ".part";
+    try {
+        createDataFile(farmPart, DataFile::Farm, true);
+        createDataFile(wagePart, DataFile::Wage, true);
+        {
+            BookWriter farm(farmPart);
+            BookWriter wage(wagePart);
+            fill(farm, wage);
+            farm.commit();
+            wage.commit();
+        }
+        moveIntoPlace(farmPart, farmPath(dir));
+        moveIntoPlace(wagePart, wagePath(dir));
+        writeIni(dir, force);
+    } catch (...) {
+        QFile::remove(farmPart);
+        QFile::remove(wagePart);
+        throw;
+    }
+}
+
+void demoSuite(const QString &dir, bool force)
+{
+    buildSuite(dir, force, [](BookWriter &farm, BookWriter &wage) { writeDemoBooks(farm, wage); });
+}
+
+void bulkSuite(const QString &dir, const BulkOptions &options)
+{
+    if (options.addresses < 0 || options.employees < 0 || options.notesBytes < 0 ||
+        options.employees > options.addresses)
+        throw CvError(CvError::InvalidProcedureCall, kSource,
+                      QString("cannot make %1 employees among %2 entries")
+                          .arg(options.employees)
+                          .arg(options.addresses));
+    buildSuite(dir, options.force, [&options](BookWriter &farm, BookWriter &wage) {
+        writeBulkBooks(farm, wage, options);
+    });
+}
+
+void bulkSuite(const QString &dir, int addresses, int employees, bool force)
+{
+    BulkOptions options;
+    options.addresses = addresses;
+    options.employees = employees;
+    options.force = force;
+    bulkSuite(dir, options);
+}
+
+QList<QPair<QString, qint64>> rowCounts(const QString &path)
+{
+    if (!QFileInfo::exists(path))
+        throw CvError(CvError::FileNotFound, kSource, path + " does not exist");
+    const QString name = "suitefiles-" + QUuid::createUuid().toString();
+    QList<QPair<QString, qint64>> out;
+    QString failure;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", name);
+        db.setDatabaseName(path);
+        db.setConnectOptions("QSQLITE_OPEN_READONLY");
+        if (!db.open()) {
+            failure = db.lastError().text();
+        } else {
+            QSqlQuery tables(db);
+            tables.exec("SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE "
+                        "'sqlite%' ORDER BY rowid");
+            while (tables.next()) {
+                const QString table = tables.value(0).toString();
+                QSqlQuery count(db);
+                if (!count.exec("SELECT COUNT(*) FROM \"" + table + "\"") || !count.next()) {
+                    failure = count.lastError().text();
+                    break;
+                }
+                out.append({table, count.value(0).toLongLong()});
+            }
+            if (failure.isEmpty() && tables.lastError().isValid())
+                failure = tables.lastError().text();
+        }
+    }
+    QSqlDatabase::removeDatabase(name);
+    if (!failure.isEmpty())
+        throw CvError(CvError::CannotOpenDatabase, kSource, "cannot read " + path + ": " + failure);
+    return out;
 }
 
 } // namespace SuiteFiles

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QList>
+#include <QPair>
 #include <QString>
+#include <QStringList>
 
 // Builds the suite's data files the way the suite lays them out. Used by the
 // cvsuite tool, the tests and the benchmarks; the module itself never creates
@@ -21,12 +24,36 @@ void createDataFile(const QString &path, DataFile which, bool overwrite = false)
 // Existing files are kept unless force is set (then they are replaced).
 void initSuite(const QString &dir, bool force = false);
 
-// initSuite, then realistic New Zealand demo data.
+// The INI file, and data files holding a New Zealand farm's books: about forty
+// entries, eight of them employees, the payroll reference tables, wages and
+// cashbook transactions. Throws CvError, changing nothing, when a data file
+// exists and force is not set.
 void demoSuite(const QString &dir, bool force = false);
 
-// initSuite, then addresses entries of which employees are employees, for
-// benchmarks.
+struct BulkOptions
+{
+    int addresses = 0;
+    int employees = 0; // at most addresses
+    // One employee in a thousand, the first among them, gets notes of exactly
+    // this many bytes, as if years of change-log lines had piled up.
+    int notesBytes = 0;
+    quint64 seed = 1899;
+    bool force = false;
+};
+
+// Large books for benchmarks: the demo's reference tables, then generated
+// entries of which options.employees are employees (a fourth of them
+// finished), with deductions, wages, cashbook transactions and notes of mixed
+// size. The same options always give the same rows.
+void bulkSuite(const QString &dir, const BulkOptions &options);
 void bulkSuite(const QString &dir, int addresses, int employees, bool force = false);
+
+// The data files under dir that exist already; demoSuite and bulkSuite
+// refuse to run over them without force.
+QStringList existingDataFiles(const QString &dir);
+
+// Rows in each table of a data file, in the order the tables were created.
+QList<QPair<QString, qint64>> rowCounts(const QString &path);
 
 QString farmPath(const QString &dir);
 QString wagePath(const QString &dir);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QString>
 #include <exception>
+#include <QString>
 #include <string>
 
 // A run-time error: number, source and description, like the platform's error
@@ -18,12 +18,23 @@ public:
         FileNotFound = 53,
         PermissionDenied = 70,
         ObjectRequired = 424,
+        UpdateWithoutEdit = 3020,
         NoCurrentRecord = 3021,
         CannotOpenDatabase = 3024,
-        ItemNotFound = 3265,
-        DatabaseLocked = 3260,
-        UnrecognizedFormat = 3343,
+        NotUpdatable = 3027,
+        NoTransaction = 3034,
+        FileReadOnly = 3051,
         SqlError = 3061,
+        SyntaxError = 3075,
+        ExpressionError = 3077,
+        NotValidBookmark = 3159,
+        FieldTooSmall = 3163,
+        FieldNotUpdatable = 3164,
+        RecordDeleted = 3167,
+        DatabaseLocked = 3260,
+        ItemNotFound = 3265,
+        UnrecognizedFormat = 3343,
+        ObjectInvalid = 3420,
     };
 
     CvError(int number, QString source, QString description);

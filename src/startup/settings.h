@@ -7,8 +7,12 @@
 class Settings
 {
 public:
+    // The main data file: [CORVANE] DataFileName, else the data folder +
+    // "Farm32.mdb".
     QString DatabaseName() const;
+    // The wage file: [CORVANE] WageFileName, else the data folder + "Wage32.mdb".
     QString WageDataBase() const;
+    // True unless [Wage] AllEmployees is "Y" in any case.
     bool EmployeeOnly() const;
 };
 

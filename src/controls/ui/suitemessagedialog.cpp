@@ -1,0 +1,129 @@
+#include "controls/ui/suitemessagedialog.h"
+
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QStyle>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr qint32 kYesNoButtons = 4;
+constexpr int kQuestionIcon = 9;
+constexpr int kMinimumWidth = 380;
+constexpr int kPromptMinimumWidth = 300;
+constexpr int kIconSize = 40;
+
+QLabel *textLabel(const QString &text, const char *name, QWidget *parent)
+{
+    auto *label = new QLabel(parent);
+    label->setObjectName(name);
+    // Plain text: a "<" in a name must not turn the prompt into markup.
+    label->setTextFormat(Qt::PlainText);
+    label->setText(text);
+    label->setWordWrap(true);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    label->setVisible(!text.isEmpty());
+    return label;
+}
+
+} // namespace
+
+SuiteMessageDialog::SuiteMessageDialog(const MessageRequest &request, QWidget *parent)
+    : QDialog(parent),
+      m_answer(request.buttons == kYesNoButtons ? ResultNo : ResultOk),
+      m_escapeAnswer(m_answer)
+{
+    setWindowTitle(request.caption);
+    setModal(true);
+    setMinimumWidth(kMinimumWidth);
+
+    auto *icon = new QLabel(this);
+    icon->setObjectName("iconLabel");
+    const QStyle::StandardPixmap pixmap = request.iconKind == kQuestionIcon
+                                              ? QStyle::SP_MessageBoxQuestion
+                                              : QStyle::SP_MessageBoxInformation;
+    icon->setPixmap(style()->standardIcon(pixmap, nullptr, this).pixmap(kIconSize, kIconSize));
+    icon->setAlignment(Qt::AlignTop | Qt::AlignHCenter);
+    icon->setFixedWidth(kIconSize);
+
+    QLabel *title = textLabel(request.title, "titleLabel", this);
+    QFont titleFont = title->font();
+    titleFont.setBold(true);
+    titleFont.setPointSizeF(titleFont.pointSizeF() * 1.2);
+    title->setFont(titleFont);
+
+    QLabel *heading = textLabel(headingDisplayText(request.heading), "headingLabel", this);
+    QFont headingFont = heading->font();
+    headingFont.setBold(true);
+    heading->setFont(headingFont);
+    heading->setForegroundRole(QPalette::PlaceholderText);
+
+    // The suite writes line breaks as CR LF.
+    QString prompt = request.prompt;
+    prompt.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
+    QLabel *promptLabel = textLabel(prompt, "promptLabel", this);
+    promptLabel->setMinimumWidth(kPromptMinimumWidth);
+
+    auto *texts = new QVBoxLayout;
+    texts->setSpacing(6);
+    texts->addWidget(title);
+    texts->addWidget(heading);
+    texts->addSpacing(4);
+    texts->addWidget(promptLabel);
+    texts->addStretch();
+
+    auto *body = new QHBoxLayout;
+    body->setSpacing(16);
+    body->addWidget(icon, 0, Qt::AlignTop);
+    body->addLayout(texts, 1);
+
+    m_buttons = new QDialogButtonBox(this);
+    if (request.buttons == kYesNoButtons) {
+        QPushButton *yes = m_buttons->addButton(QDialogButtonBox::Yes);
+        QPushButton *no = m_buttons->addButton(QDialogButtonBox::No);
+        connect(yes, &QPushButton::clicked, this, [this] { finish(ResultYes); });
+        connect(no, &QPushButton::clicked, this, [this] { finish(ResultNo); });
+        yes->setDefault(true);
+        yes->setFocus();
+    } else {
+        QPushButton *ok = m_buttons->addButton(QDialogButtonBox::Ok);
+        connect(ok, &QPushButton::clicked, this, [this] { finish(ResultOk); });
+        ok->setDefault(true);
+        ok->setFocus();
+    }
+
+    auto *root = new QVBoxLayout(this);
+    root->setContentsMargins(20, 20, 20, 14);
+    root->setSpacing(18);
+    root->addLayout(body, 1);
+    root->addWidget(m_buttons);
+    root->setSizeConstraint(QLayout::SetMinimumSize);
+}
+
+QString SuiteMessageDialog::headingDisplayText(const QString &mnemonicText)
+{
+    QString shown;
+    shown.reserve(mnemonicText.size());
+    for (qsizetype i = 0; i < mnemonicText.size(); ++i) {
+        if (mnemonicText[i] == u'&') {
+            if (i + 1 < mnemonicText.size() && mnemonicText[i + 1] == u'&')
+                shown += mnemonicText[++i];
+            continue;
+        }
+        shown += mnemonicText[i];
+    }
+    return shown;
+}
+
+void SuiteMessageDialog::reject()
+{
+    finish(m_escapeAnswer);
+}
+
+void SuiteMessageDialog::finish(qint16 code)
+{
+    m_answer = code;
+    done(code);
+}

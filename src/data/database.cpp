@@ -1,0 +1,220 @@
+#include "data/database.h"
+
+#include "data/cverror.h"
+#include "data/databasestate.h"
+#include "data/jetsql.h"
+
+#include <QAtomicInteger>
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlDriver>
+#include <QUrl>
+#include <sqlite3.h>
+
+namespace {
+
+const char *const Source = "Database";
+
+// Without any write bit the file is read-only even for root, whom access() lets
+// write anything.
+bool writable(const QFileInfo &fi)
+{
+    constexpr auto anyWrite = QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther;
+    return fi.isWritable() && (fi.permissions() & anyWrite);
+}
+
+void checkFile(const QFileInfo &fi)
+{
+    const QString path = fi.absoluteFilePath();
+    if (!fi.exists() || fi.isDir())
+        throw CvError(CvError::CannotOpenDatabase, Source,
+                      QStringLiteral("Could not find file '%1'.").arg(path));
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        throw CvError(CvError::CannotOpenDatabase, Source,
+                      QStringLiteral("Could not read file '%1' (%2).").arg(path, f.errorString()));
+    static const QByteArray header("SQLite format 3\0", 16);
+    if (f.read(header.size()) != header)
+        throw CvError(CvError::UnrecognizedFormat, Source,
+                      QStringLiteral("Unrecognized database format '%1': the file is not a "
+                                     "data file of the suite.")
+                          .arg(path));
+    if (!writable(fi))
+        throw CvError(CvError::FileReadOnly, Source,
+                      QStringLiteral("The data file '%1' is read-only, so changes could not be "
+                                     "saved. Make it writable and try again.")
+                          .arg(path));
+    const QFileInfo folder(fi.absolutePath());
+    if (!writable(folder))
+        throw CvError(CvError::FileReadOnly, Source,
+                      QStringLiteral("The folder '%1' is read-only, so changes to '%2' could not "
+                                     "be saved. Make the folder writable and try again.")
+                          .arg(folder.absoluteFilePath(), path));
+}
+
+} // namespace
+
+Database::Database(const QString &path, int busyTimeoutMs)
+    : m_state(std::make_shared<DatabaseState>())
+{
+    const QFileInfo fi(path);
+    checkFile(fi);
+
+    static QAtomicInteger<quint64> counter;
+    DatabaseState &s = *m_state;
+    s.path = fi.absoluteFilePath();
+    s.busyTimeout = busyTimeoutMs;
+    s.connectionName = QStringLiteral("cv_data_%1").arg(counter.fetchAndAddRelaxed(1) + 1);
+    s.db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), s.connectionName);
+    if (!s.db.isValid()) {
+        s.close();
+        throw CvError(CvError::CannotOpenDatabase, Source,
+                      QStringLiteral("Qt's SQLite driver (QSQLITE) is not installed."));
+    }
+    // mode=rw: SQLite opens the file or fails; it never creates one.
+    s.db.setDatabaseName(QStringLiteral("file:%1?mode=rw")
+                             .arg(QString::fromLatin1(QUrl::toPercentEncoding(s.path, "/"))));
+    s.db.setConnectOptions(
+        QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1").arg(busyTimeoutMs));
+    if (!s.db.open()) {
+        const QSqlError error = s.db.lastError();
+        s.close();
+        throw CvError(CvError::CannotOpenDatabase, Source,
+                      QStringLiteral("Could not open '%1' (%2).")
+                          .arg(fi.absoluteFilePath(), error.databaseText()));
+    }
+    const QVariant handle = s.db.driver()->handle();
+    if (qstrcmp(handle.typeName(), "sqlite3*") == 0)
+        s.handle = *static_cast<sqlite3 *const *>(handle.constData());
+    if (!s.handle) {
+        s.close();
+        throw CvError(CvError::CannotOpenDatabase, Source,
+                      QStringLiteral("Could not open '%1'.").arg(fi.absoluteFilePath()));
+    }
+    // A damaged file passes the header test; reading the schema finds it out.
+    try {
+        QSqlQuery q = s.query();
+        s.run(q, QStringLiteral("SELECT count(*) FROM sqlite_master"), {}, Source);
+    } catch (...) {
+        s.close();
+        throw;
+    }
+}
+
+Database::~Database()
+{
+    m_state->close();
+}
+
+QString Database::path() const
+{
+    return m_state->path;
+}
+
+bool Database::isOpen() const
+{
+    return m_state->isOpen();
+}
+
+void Database::close()
+{
+    m_state->close();
+}
+
+void Database::setBusyTimeout(int ms)
+{
+    m_state->requireOpen(Source);
+    sqlite3_busy_timeout(m_state->handle, ms);
+    m_state->busyTimeout = ms;
+}
+
+int Database::busyTimeout() const
+{
+    return m_state->busyTimeout;
+}
+
+int Database::execute(const QString &jetSql)
+{
+    m_state->requireOpen(Source);
+    QSqlQuery q = m_state->query();
+    const QString sql = JetSql::translate(jetSql);
+    if (!q.exec(sql))
+        m_state->fail(q.lastError(), Source);
+    return q.numRowsAffected();
+}
+
+void Database::beginTransaction()
+{
+    DatabaseState &s = *m_state;
+    s.requireOpen(Source);
+    QSqlQuery q = s.query();
+    // Nested transactions are savepoints inside the outer one.
+    s.run(q,
+          s.transactionDepth == 0 ? QStringLiteral("BEGIN IMMEDIATE")
+                                  : QStringLiteral("SAVEPOINT cv_%1").arg(s.transactionDepth),
+          {}, Source);
+    ++s.transactionDepth;
+}
+
+void Database::commit()
+{
+    DatabaseState &s = *m_state;
+    s.requireOpen(Source);
+    if (s.transactionDepth == 0)
+        throw CvError(CvError::NoTransaction, Source,
+                      QStringLiteral("Commit without a transaction: it was rolled back after an "
+                                     "earlier failure, or never begun."));
+    QSqlQuery q = s.query();
+    const int level = s.transactionDepth - 1;
+    s.run(q, level == 0 ? QStringLiteral("COMMIT") : QStringLiteral("RELEASE cv_%1").arg(level), {},
+          Source);
+    s.transactionDepth = level;
+}
+
+void Database::rollback()
+{
+    DatabaseState &s = *m_state;
+    s.requireOpen(Source);
+    if (s.transactionDepth == 0)
+        throw CvError(CvError::NoTransaction, Source,
+                      QStringLiteral("Rollback without a transaction."));
+    QSqlQuery q = s.query();
+    const int level = s.transactionDepth - 1;
+    if (level == 0) {
+        s.run(q, QStringLiteral("ROLLBACK"), {}, Source);
+    } else {
+        s.run(q, QStringLiteral("ROLLBACK TO cv_%1").arg(level), {}, Source);
+        s.run(q, QStringLiteral("RELEASE cv_%1").arg(level), {}, Source);
+    }
+    s.transactionDepth = level;
+}
+
+bool Database::inTransaction() const
+{
+    return m_state->transactionDepth > 0;
+}
+
+void Database::transaction(const std::function<void()> &work)
+{
+    beginTransaction();
+    const int level = m_state->transactionDepth;
+    try {
+        work();
+    } catch (...) {
+        // A failing statement may have rolled everything back already.
+        if (m_state->isOpen() && m_state->transactionDepth >= level) {
+            try {
+                rollback();
+            } catch (const CvError &) {
+                // the original error is the one worth reporting
+            }
+        }
+        throw;
+    }
+    commit();
+}
+
+QSqlDatabase Database::connection() const
+{
+    return m_state->db;
+}

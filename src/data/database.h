@@ -1,0 +1,60 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <QSqlDatabase>
+#include <QString>
+#include <QVariantList>
+
+class DatabaseState;
+class Recordset;
+
+// One open data file of the suite. The file must exist, be an SQLite database and
+// be writable: opening never creates a file. Each object has its own named
+// connection, closed with the object. Statements are written in the Jet dialect
+// and translated (JetSql) before they run; every failure is a CvError carrying
+// the database's own message.
+class Database
+{
+public:
+    static constexpr int DefaultBusyTimeoutMs = 5000;
+
+    // Opens the file at path. Throws CvError: 3024 when it is missing, 3343 when
+    // it is not a database, 3051 when it is read-only, 3260 when another program
+    // keeps it locked for longer than the busy timeout.
+    explicit Database(const QString &path, int busyTimeoutMs = DefaultBusyTimeoutMs);
+    ~Database();
+    Database(const Database &) = delete;
+    Database &operator=(const Database &) = delete;
+
+    QString path() const;
+    bool isOpen() const;
+    void close();
+
+    // How long a statement waits for another program's lock before it fails.
+    void setBusyTimeout(int ms);
+    int busyTimeout() const;
+
+    // Runs an action statement (INSERT, UPDATE, DELETE) and returns the number of
+    // rows it changed. Throws CvError when it fails; a transaction in progress is
+    // then rolled back.
+    int execute(const QString &jetSql);
+
+    // Write transactions take the write lock at once (BEGIN IMMEDIATE), so they
+    // wait for another writer up to the busy timeout instead of failing midway.
+    void beginTransaction();
+    void commit();
+    void rollback();
+    bool inTransaction() const;
+
+    // Runs work in one transaction: commits when it returns, rolls back and
+    // rethrows when it throws. Nested calls join the outer transaction.
+    void transaction(const std::function<void()> &work);
+
+    // The Qt connection, for code that needs the driver itself.
+    QSqlDatabase connection() const;
+
+private:
+    friend class Recordset;
+    std::shared_ptr<DatabaseState> m_state;
+};

@@ -1,0 +1,140 @@
+#include "data/databasestate.h"
+
+#include "data/cverror.h"
+#include "data/jetsql.h"
+
+#include <QSqlRecord>
+#include <sqlite3.h>
+
+void DatabaseState::requireOpen(const char *source) const
+{
+    if (!isOpen())
+        throw CvError(CvError::ObjectInvalid, source,
+                      QStringLiteral("Object invalid or no longer set: the database is closed."));
+}
+
+QSqlQuery DatabaseState::query() const
+{
+    QSqlQuery q(db);
+    q.setForwardOnly(true);
+    return q;
+}
+
+void DatabaseState::prepare(QSqlQuery &q, const QString &sql, const char *source)
+{
+    if (!q.prepare(sql))
+        fail(q.lastError(), source);
+}
+
+void DatabaseState::run(QSqlQuery &q, const QString &sql, const QVariantList &values,
+                        const char *source)
+{
+    prepare(q, sql, source);
+    for (qsizetype i = 0; i < values.size(); ++i)
+        q.bindValue(int(i), values.at(i));
+    if (!q.exec())
+        fail(q.lastError(), source);
+}
+
+void DatabaseState::fail(const QSqlError &error, const char *source)
+{
+    int code = error.nativeErrorCode().toInt();
+    if (code == 0 && handle)
+        code = sqlite3_errcode(handle);
+    QString message = error.databaseText();
+    if (message.isEmpty())
+        message = error.text();
+
+    // A transaction left open would silently swallow every later write.
+    if (handle && !sqlite3_get_autocommit(handle)) {
+        QSqlQuery rollback(db);
+        rollback.exec(QStringLiteral("ROLLBACK"));
+    }
+    transactionDepth = 0;
+
+    switch (code & 0xff) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        throw CvError(CvError::DatabaseLocked, source,
+                      QStringLiteral("The data file %1 is in use by another program and stayed "
+                                     "locked for %2 seconds (%3).")
+                          .arg(path)
+                          .arg(busyTimeout / 1000.0)
+                          .arg(message));
+    case SQLITE_NOTADB:
+        throw CvError(CvError::UnrecognizedFormat, source,
+                      QStringLiteral("Unrecognized database format '%1' (%2).").arg(path, message));
+    case SQLITE_READONLY:
+        throw CvError(
+            CvError::FileReadOnly, source,
+            QStringLiteral("The data file %1 cannot be written (%2).").arg(path, message));
+    default:
+        throw CvError(CvError::SqlError, source, message);
+    }
+}
+
+const DatabaseState::Table &DatabaseState::table(const QString &name, const char *source)
+{
+    const QString key = name.toCaseFolded();
+    auto it = m_tables.constFind(key);
+    if (it != m_tables.constEnd())
+        return it.value();
+
+    Table t;
+    QSqlQuery q = query();
+    run(q, QStringLiteral("PRAGMA table_info(%1)").arg(JetSql::quoteIdentifier(name)), {}, source);
+    QString keyColumn, keyType;
+    int keyColumns = 0;
+    const QByteArray table = name.toUtf8();
+    while (q.next()) {
+        const QString column = q.value(1).toString();
+        const QString declared = q.value(2).toString();
+        if (q.value(5).toInt() > 0) {
+            ++keyColumns;
+            keyColumn = column;
+            keyType = declared;
+        }
+        FieldInfo f;
+        f.name = column;
+        f.table = name;
+        f.column = column;
+        f.type = jetTypeFromDeclared(declared, &f.size);
+        f.required = q.value(3).toInt() != 0;
+        int autoIncrement = 0;
+        if (sqlite3_table_column_metadata(handle, nullptr, table.constData(),
+                                          column.toUtf8().constData(), nullptr, nullptr, nullptr,
+                                          nullptr, &autoIncrement) == SQLITE_OK &&
+            autoIncrement) {
+            f.type = JetType::AutoNumber;
+            f.autoNumber = true;
+        }
+        t.columns.insert(column.toCaseFolded(), f);
+    }
+    q.finish();
+    if (keyColumns == 1 && keyType.compare(u"INTEGER", Qt::CaseInsensitive) == 0)
+        t.rowidAlias = keyColumn;
+    return m_tables.insert(key, t).value();
+}
+
+FieldInfo DatabaseState::column(const QString &tableName, const QString &column, const char *source)
+{
+    const Table &t = table(tableName, source);
+    return t.columns.value(column.toCaseFolded());
+}
+
+void DatabaseState::close()
+{
+    if (!handle && connectionName.isEmpty())
+        return;
+    if (handle && !sqlite3_get_autocommit(handle)) {
+        QSqlQuery rollback(db);
+        rollback.exec(QStringLiteral("ROLLBACK"));
+    }
+    handle = nullptr;
+    transactionDepth = 0;
+    m_tables.clear();
+    db.close();
+    db = QSqlDatabase();
+    QSqlDatabase::removeDatabase(connectionName);
+    connectionName.clear();
+}

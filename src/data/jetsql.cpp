@@ -1,0 +1,488 @@
+#include "data/jetsql.h"
+
+#include "data/cverror.h"
+#include "data/serialdate.h"
+
+#include <QHash>
+#include <QMutex>
+#include <QMutexLocker>
+#include <vector>
+
+namespace {
+
+const char *const Source = "JetSql";
+
+enum class Kind { Space, Word, Number, String, Bracket, Date, Punct };
+
+struct Token
+{
+    Kind kind;
+    QString text; // as written; for strings and brackets the content, unescaped
+    QString out;  // what goes into the SQLite text
+    bool removed = false;
+};
+
+[[noreturn]] void syntaxError(const QString &what, const QString &jet)
+{
+    throw CvError(CvError::SyntaxError, Source, what + QStringLiteral(" in: ") + jet);
+}
+
+QString sqlString(const QString &value)
+{
+    QString s = value;
+    s.replace(u'\'', QStringLiteral("''"));
+    return u'\'' + s + u'\'';
+}
+
+bool isWordStart(QChar c)
+{
+    return c.isLetter() || c == u'_';
+}
+bool isWordChar(QChar c)
+{
+    return c.isLetterOrNumber() || c == u'_';
+}
+
+// #4/1/2010# (month first, as Jet SQL writes dates) or #2010-04-01#, with an
+// optional time, as the serial number.
+QString dateLiteral(const QString &content, const QString &jet)
+{
+    static const QLocale us(QLocale::English, QLocale::UnitedStates);
+    const auto dt = SerialDate::parse(content, us);
+    if (!dt)
+        syntaxError(QStringLiteral("Invalid date #%1#").arg(content), jet);
+    return QString::number(SerialDate::fromDateTime(*dt), 'g', 17);
+}
+
+std::vector<Token> tokenize(const QString &jet)
+{
+    std::vector<Token> tokens;
+    const qsizetype n = jet.size();
+    qsizetype i = 0;
+    auto push = [&](Kind kind, QString text, QString out) {
+        tokens.push_back(Token{kind, std::move(text), std::move(out)});
+    };
+    while (i < n) {
+        const QChar c = jet.at(i);
+        const qsizetype start = i;
+        if (c.isSpace()) {
+            while (i < n && jet.at(i).isSpace())
+                ++i;
+            const QString s = jet.mid(start, i - start);
+            push(Kind::Space, s, s);
+        } else if (c == u'"' || c == u'\'') {
+            // Jet's strings take either quote; a doubled quote stands for one.
+            QString value;
+            ++i;
+            for (;;) {
+                if (i >= n)
+                    syntaxError(QStringLiteral("Unterminated string"), jet);
+                if (jet.at(i) == c) {
+                    if (i + 1 < n && jet.at(i + 1) == c) {
+                        value += c;
+                        i += 2;
+                        continue;
+                    }
+                    ++i;
+                    break;
+                }
+                value += jet.at(i++);
+            }
+            push(Kind::String, value, sqlString(value));
+        } else if (c == u'[') {
+            const qsizetype close = jet.indexOf(u']', i + 1);
+            if (close < 0)
+                syntaxError(QStringLiteral("Unterminated bracketed name"), jet);
+            const QString name = jet.mid(i + 1, close - i - 1);
+            i = close + 1;
+            push(Kind::Bracket, name, JetSql::quoteIdentifier(name));
+        } else if (c == u'#') {
+            const qsizetype close = jet.indexOf(u'#', i + 1);
+            if (close < 0)
+                syntaxError(QStringLiteral("Unterminated date"), jet);
+            const QString content = jet.mid(i + 1, close - i - 1);
+            i = close + 1;
+            push(Kind::Date, content, dateLiteral(content, jet));
+        } else if (c.isDigit() || (c == u'.' && i + 1 < n && jet.at(i + 1).isDigit() &&
+                                   (tokens.empty() || (tokens.back().kind != Kind::Word &&
+                                                       tokens.back().kind != Kind::Bracket)))) {
+            while (i < n && (jet.at(i).isDigit() || jet.at(i) == u'.'))
+                ++i;
+            if (i < n && (jet.at(i) == u'e' || jet.at(i) == u'E')) {
+                qsizetype j = i + 1;
+                if (j < n && (jet.at(j) == u'+' || jet.at(j) == u'-'))
+                    ++j;
+                if (j < n && jet.at(j).isDigit()) {
+                    i = j;
+                    while (i < n && jet.at(i).isDigit())
+                        ++i;
+                }
+            }
+            const QString s = jet.mid(start, i - start);
+            push(Kind::Number, s, s);
+        } else if (isWordStart(c)) {
+            while (i < n && isWordChar(jet.at(i)))
+                ++i;
+            const QString s = jet.mid(start, i - start);
+            push(Kind::Word, s, s);
+        } else {
+            QString s(c);
+            ++i;
+            if (i < n) {
+                const QString two = s + jet.at(i);
+                if (two == u"<>" || two == u"<=" || two == u">=" || two == u"!=" || two == u"||") {
+                    s = two;
+                    ++i;
+                }
+            }
+            push(Kind::Punct, s, s);
+        }
+    }
+    return tokens;
+}
+
+// Jet's LIKE wildcards in SQLite's terms. A literal % or _ (which SQLite would read
+// as wildcards) is escaped with a backslash.
+QString likePattern(const QString &jetPattern, bool *escaped, const QString &jet)
+{
+    QString out;
+    auto literal = [&](QChar c) {
+        if (c == u'%' || c == u'_' || c == u'\\') {
+            out += u'\\';
+            *escaped = true;
+        }
+        out += c;
+    };
+    for (qsizetype i = 0; i < jetPattern.size(); ++i) {
+        const QChar c = jetPattern.at(i);
+        if (c == u'*') {
+            out += u'%';
+        } else if (c == u'?') {
+            out += u'_';
+        } else if (c == u'#') {
+            syntaxError(QStringLiteral("The digit wildcard # of a LIKE pattern is not supported"),
+                        jet);
+        } else if (c == u'[') {
+            const qsizetype close = jetPattern.indexOf(u']', i + 1);
+            if (close != i + 2)
+                syntaxError(QStringLiteral("Character lists in a LIKE pattern are not supported"),
+                            jet);
+            literal(jetPattern.at(i + 1)); // [*] [?] [#] [[] stand for the character itself
+            i = close;
+        } else {
+            literal(c);
+        }
+    }
+    return out;
+}
+
+bool is(const Token &t, const char16_t *word)
+{
+    return t.kind == Kind::Word && t.text.compare(QStringView(word), Qt::CaseInsensitive) == 0;
+}
+
+bool isPunct(const Token &t, const char16_t *p)
+{
+    return t.kind == Kind::Punct && t.text == p;
+}
+
+class Translator
+{
+public:
+    explicit Translator(const QString &jet) : m_jet(jet), m_t(tokenize(jet)) {}
+
+    JetSql::Translation run()
+    {
+        JetSql::Translation result;
+        const int first = next(-1);
+        if (first < 0)
+            return result;
+        const QString verb = m_t[first].text.toUpper();
+        result.isSelect = verb == u"SELECT";
+        const bool isUpdate = verb == u"UPDATE";
+        result.isSimple = result.isSelect;
+
+        std::vector<QString> pendingLimit(1);
+        int depth = 0;
+        bool inSet = false;
+        bool expectTarget = false;
+        for (int i = 0; i < int(m_t.size()); ++i) {
+            Token &t = m_t[i];
+            if (t.removed)
+                continue;
+            if (isPunct(t, u"(")) {
+                ++depth;
+                if (int(pendingLimit.size()) <= depth)
+                    pendingLimit.resize(depth + 1);
+                pendingLimit[depth].clear();
+                continue;
+            }
+            if (isPunct(t, u")")) {
+                if (depth > 0 && !pendingLimit[depth].isEmpty())
+                    t.out = QStringLiteral(" LIMIT ") + pendingLimit[depth] + t.out;
+                depth = qMax(0, depth - 1);
+                continue;
+            }
+            if (isPunct(t, u"&")) {
+                t.out = QStringLiteral("||");
+                continue;
+            }
+            if (isPunct(t, u",") && inSet && depth == 0) {
+                expectTarget = true;
+                continue;
+            }
+            if (expectTarget && (t.kind == Kind::Word || t.kind == Kind::Bracket)) {
+                // SQLite's SET names the column alone: Addresses.HeadingAccount = ...
+                expectTarget = false;
+                if (isPunct(at(i + 1), u".") &&
+                    (at(i + 2).kind == Kind::Word || at(i + 2).kind == Kind::Bracket)) {
+                    t.removed = true;
+                    m_t[i + 1].removed = true;
+                    continue;
+                }
+            }
+            if (t.kind != Kind::Word)
+                continue;
+
+            if (is(t, u"DISTINCTROW")) {
+                removeWithSpace(i);
+            } else if (is(t, u"SELECT")) {
+                selectOptions(i, &pendingLimit[depth]);
+            } else if (is(t, u"DELETE")) {
+                deleteStar(i);
+            } else if (is(t, u"LIKE")) {
+                like(i);
+            } else if (isUpdate && depth == 0 && is(t, u"SET")) {
+                inSet = expectTarget = true;
+            } else if (inSet && depth == 0 && is(t, u"WHERE")) {
+                inSet = expectTarget = false;
+            } else {
+                nameOrKeyword(i);
+            }
+            if (result.isSelect && depth == 0)
+                selectShape(i, &result);
+        }
+        if (!pendingLimit[0].isEmpty())
+            m_limit = pendingLimit[0];
+
+        // Render, leaving out a trailing semicolon so that a LIMIT can follow.
+        int last = int(m_t.size()) - 1;
+        while (last >= 0 &&
+               (m_t[last].removed || m_t[last].kind == Kind::Space || isPunct(m_t[last], u";")))
+            --last;
+        QString sql;
+        sql.reserve(m_jet.size() + 16);
+        depth = 0;
+        for (int i = 0; i <= last; ++i) {
+            const Token &t = m_t[i];
+            if (isPunct(t, u"("))
+                ++depth;
+            else if (isPunct(t, u")"))
+                --depth;
+            if (t.removed)
+                continue;
+            if (result.isSelect && result.fromPos < 0 && depth == 0 && is(t, u"FROM"))
+                result.fromPos = sql.size();
+            sql += t.out;
+        }
+        if (!m_limit.isEmpty())
+            sql += QStringLiteral(" LIMIT ") + m_limit;
+        result.sql = sql;
+        return result;
+    }
+
+private:
+    const Token &at(int i) const
+    {
+        static const Token none{Kind::Space, QString(), QString()};
+        return i >= 0 && i < int(m_t.size()) ? m_t[i] : none;
+    }
+
+    int next(int i) const
+    {
+        for (int j = i + 1; j < int(m_t.size()); ++j) {
+            if (m_t[j].kind != Kind::Space && !m_t[j].removed)
+                return j;
+        }
+        return -1;
+    }
+
+    void removeWithSpace(int i)
+    {
+        m_t[i].removed = true;
+        if (i + 1 < int(m_t.size()) && m_t[i + 1].kind == Kind::Space)
+            m_t[i + 1].removed = true;
+    }
+
+    // SELECT [DISTINCTROW|DISTINCT|ALL] TOP n: the TOP goes, its n becomes a LIMIT.
+    void selectOptions(int i, QString *limit)
+    {
+        int j = next(i);
+        while (j >= 0 &&
+               (is(m_t[j], u"DISTINCTROW") || is(m_t[j], u"DISTINCT") || is(m_t[j], u"ALL"))) {
+            if (is(m_t[j], u"DISTINCTROW"))
+                removeWithSpace(j);
+            j = next(j);
+        }
+        if (j < 0 || !is(m_t[j], u"TOP"))
+            return;
+        const int number = next(j);
+        if (number < 0 || m_t[number].kind != Kind::Number)
+            syntaxError(QStringLiteral("TOP without a number"), m_jet);
+        const int after = next(number);
+        if (after >= 0 && is(m_t[after], u"PERCENT"))
+            syntaxError(QStringLiteral("TOP n PERCENT is not supported"), m_jet);
+        *limit = m_t[number].text;
+        for (int k = j; k < number; ++k)
+            m_t[k].removed = true;
+        removeWithSpace(number);
+    }
+
+    // DELETE * FROM and DELETE Table.* FROM: SQLite has no column list there.
+    void deleteStar(int i)
+    {
+        const int j = next(i);
+        if (j < 0)
+            return;
+        if (isPunct(m_t[j], u"*")) {
+            removeWithSpace(j);
+        } else if ((m_t[j].kind == Kind::Word || m_t[j].kind == Kind::Bracket) &&
+                   isPunct(at(j + 1), u".") && isPunct(at(j + 2), u"*")) {
+            m_t[j].removed = m_t[j + 1].removed = true;
+            removeWithSpace(j + 2);
+        }
+    }
+
+    void like(int i)
+    {
+        const int j = next(i);
+        if (j < 0 || m_t[j].kind != Kind::String)
+            return;
+        bool escaped = false;
+        const QString pattern = likePattern(m_t[j].text, &escaped, m_jet);
+        m_t[j].out = sqlString(pattern);
+        if (escaped)
+            m_t[j].out += QStringLiteral(" ESCAPE '\\'");
+    }
+
+    // Words used as names where SQLite would read a keyword, and True/False.
+    void nameOrKeyword(int i)
+    {
+        Token &t = m_t[i];
+        const bool qualified = isPunct(at(i - 1), u".") || isPunct(at(i + 1), u".");
+        if (qualified) {
+            t.out = JetSql::quoteIdentifier(t.text);
+            return;
+        }
+        const int j = next(i);
+        const Token &after = at(j);
+        if (is(t, u"TRUE")) {
+            t.out = QStringLiteral("-1");
+        } else if (is(t, u"FALSE")) {
+            t.out = QStringLiteral("0");
+        } else if ((is(t, u"ORDER") || is(t, u"GROUP")) && !is(after, u"BY")) {
+            t.out = JetSql::quoteIdentifier(t.text);
+        } else if ((is(t, u"DATE") || is(t, u"TIME")) && !isPunct(after, u"(")) {
+            t.out = JetSql::quoteIdentifier(t.text);
+        }
+    }
+
+    // What a top-level SELECT reads: its first table, and whether its rows are
+    // rows of that table (so that they can be edited).
+    void selectShape(int i, JetSql::Translation *r)
+    {
+        const Token &t = m_t[i];
+        static const char16_t *const aggregates[] = {u"COUNT", u"SUM",   u"AVG", u"MIN",
+                                                     u"MAX",   u"FIRST", u"LAST"};
+        if (is(t, u"DISTINCT") || is(t, u"UNION") || (is(t, u"GROUP") && is(at(next(i)), u"BY")))
+            r->isSimple = false;
+        for (const char16_t *a : aggregates) {
+            if (is(t, a) && isPunct(at(next(i)), u"("))
+                r->isSimple = false;
+        }
+        if (!r->fromTable.isEmpty() || !is(t, u"FROM"))
+            return;
+        int j = next(i);
+        while (j >= 0 && isPunct(m_t[j], u"("))
+            j = next(j);
+        if (j < 0 || (m_t[j].kind != Kind::Word && m_t[j].kind != Kind::Bracket)) {
+            r->isSimple = false;
+            return;
+        }
+        if (is(m_t[j], u"SELECT")) {
+            r->isSimple = false;
+            return;
+        }
+        r->fromTable = m_t[j].text;
+        int k = next(j);
+        if (k >= 0 && is(m_t[k], u"AS"))
+            k = next(k);
+        static const char16_t *const notAlias[] = {
+            u"INNER", u"LEFT",  u"RIGHT",  u"JOIN",  u"OUTER", u"CROSS", u"WHERE",
+            u"ORDER", u"GROUP", u"HAVING", u"UNION", u"ON",    u"LIMIT"};
+        if (k >= 0 && (m_t[k].kind == Kind::Word || m_t[k].kind == Kind::Bracket)) {
+            bool keyword = false;
+            for (const char16_t *w : notAlias)
+                keyword = keyword || is(m_t[k], w);
+            if (!keyword)
+                r->fromAlias = m_t[k].text;
+        }
+    }
+
+    const QString m_jet;
+    std::vector<Token> m_t;
+    QString m_limit;
+};
+
+} // namespace
+
+QString JetSql::translate(const QString &jetSql)
+{
+    return translation(jetSql)->sql;
+}
+
+std::shared_ptr<const JetSql::Translation> JetSql::translation(const QString &jetSql)
+{
+    static QMutex mutex;
+    static QHash<QString, std::shared_ptr<const Translation>> cache;
+    {
+        QMutexLocker lock(&mutex);
+        const auto it = cache.constFind(jetSql);
+        if (it != cache.constEnd())
+            return it.value();
+    }
+    auto result = std::make_shared<const Translation>(Translator(jetSql).run());
+    QMutexLocker lock(&mutex);
+    // Statements that embed identifiers vary without end; keep the cache bounded.
+    if (cache.size() >= 4096)
+        cache.clear();
+    cache.insert(jetSql, result);
+    return result;
+}
+
+QString JetSql::quote(const QString &value)
+{
+    QString s = value;
+    s.replace(u'"', QStringLiteral("\"\""));
+    return u'"' + s + u'"';
+}
+
+QString JetSql::likeLiteral(const QString &value)
+{
+    QString out;
+    out.reserve(value.size());
+    for (QChar c : value) {
+        if (c == u'*' || c == u'?' || c == u'#' || c == u'[')
+            out += u'[' + QString(c) + u']';
+        else
+            out += c;
+    }
+    return out;
+}
+
+QString JetSql::quoteIdentifier(const QString &name)
+{
+    QString s = name;
+    s.replace(u'"', QStringLiteral("\"\""));
+    return u'"' + s + u'"';
+}

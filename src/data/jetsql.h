@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+#include <QString>
+
+// Turns statements in the Jet dialect into SQLite's, token by token:
+// DISTINCTROW and the star of DELETE * FROM are dropped, SELECT TOP n becomes
+// LIMIT n, [bracketed] and reserved names become quoted identifiers, "text"
+// becomes 'text', True/False become -1/0, & becomes ||, LIKE patterns take % and
+// _ for * and ?, and a #m/d/yyyy# date becomes its serial number. Text inside
+// string literals is never changed. Translations are cached.
+class JetSql
+{
+public:
+    struct Translation
+    {
+        QString sql; // SQLite text without a trailing semicolon
+        bool isSelect = false;
+        bool isSimple = false;  // one table's rows: no DISTINCT, GROUP BY or UNION
+        QString fromTable;      // the first table after the top-level FROM
+        QString fromAlias;      // its alias, empty when it has none
+        qsizetype fromPos = -1; // offset of that FROM keyword in sql
+    };
+
+    // Throws CvError 3075 when the text cannot be read (an open quote or bracket,
+    // a LIKE pattern that has no SQLite equivalent).
+    static QString translate(const QString &jetSql);
+    static std::shared_ptr<const Translation> translation(const QString &jetSql);
+
+    // The value as a Jet string literal: in double quotes, embedded double quotes
+    // doubled. Every value concatenated into a statement goes through this.
+    static QString quote(const QString &value);
+    // The value as a Jet LIKE pattern that matches only itself: * ? # and [
+    // bracketed. Quote the result (or the pattern it is part of) with quote().
+    static QString likeLiteral(const QString &value);
+    // An identifier as SQLite writes it: "name", embedded quotes doubled.
+    static QString quoteIdentifier(const QString &name);
+};

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "data/fieldinfo.h"
+
+#include <QLocale>
+#include <QVariant>
+
+// Conversions between what the program handles and what a column stores, by the
+// column's Jet type.
+class JetValue
+{
+public:
+    // What the program reads from a stored value: Money for Currency, QDateTime
+    // for Date/Time, bool for Yes/No (any non-zero is true); others unchanged.
+    static QVariant fromStorage(const QVariant &stored, JetType type);
+
+    // The value to store for a field, converted the way Jet converts on
+    // assignment: numbers and numeric text into the number types, amounts into
+    // Currency, dates and date text into Date/Time, booleans as -1/0. Throws
+    // CvError 13 (type mismatch), 6 (overflow) or 3163 (text longer than the
+    // field).
+    static QVariant toStorage(const QVariant &value, const FieldInfo &field,
+                              const QLocale &locale = QLocale());
+
+    static int yesNo(bool value) { return value ? -1 : 0; }
+    static bool isTrue(const QVariant &stored);
+};

@@ -1,0 +1,112 @@
+#include "startup/addressglobals.h"
+
+#include "data/cverror.h"
+#include "startup/settings.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+
+namespace AddressGlobals {
+
+qint16 LaunchMode = 0;
+qint32 CurrentAddressID = 0;
+bool LaunchModal = false;
+bool LaunchForWagebook = false;
+
+QString helpModuleName;
+qint32 helpContextId = 0;
+QString helpFilePath;
+
+quint32 wagebookMessageId = 0;
+int wagebookReplyTimeoutMs = DefaultWagebookReplyTimeoutMs;
+
+namespace {
+
+// "ActiveX component can't create object": the nearest the platform has to a window
+// class that is not there.
+constexpr int CannotCreateObject = 429;
+
+std::unique_ptr<Settings> s_settings;
+AddressWindowFactory s_windowFactory;
+std::unique_ptr<AddressWindow> s_mainWindow;
+
+// A window must go before the application object does; the post routines run first thing
+// in the application's destructor.
+void releaseAtExit()
+{
+    s_mainWindow.reset();
+}
+
+} // namespace
+
+bool hasSettings()
+{
+    return s_settings != nullptr;
+}
+
+Settings &settings()
+{
+    if (!s_settings)
+        s_settings = std::make_unique<Settings>();
+    return *s_settings;
+}
+
+void setWindowFactory(AddressWindowFactory factory)
+{
+    s_windowFactory = std::move(factory);
+}
+bool hasWindowFactory()
+{
+    return bool(s_windowFactory);
+}
+bool hasMainWindow()
+{
+    return s_mainWindow != nullptr;
+}
+
+AddressWindow &mainWindow()
+{
+    if (!s_mainWindow) {
+        if (!s_windowFactory)
+            throw CvError(CannotCreateObject, "AddressGlobals",
+                          "The address book window is not available in this build");
+        s_mainWindow = s_windowFactory();
+        if (!s_mainWindow)
+            throw CvError(CannotCreateObject, "AddressGlobals",
+                          "The address book window could not be created");
+        static bool postRoutineAdded = false;
+        if (!postRoutineAdded && QCoreApplication::instance()) {
+            qAddPostRoutine(releaseAtExit);
+            postRoutineAdded = true;
+        }
+    }
+    return *s_mainWindow;
+}
+
+void releaseMainWindow()
+{
+    s_mainWindow.reset();
+}
+
+void reset()
+{
+    releaseMainWindow();
+    s_windowFactory = nullptr;
+    s_settings.reset();
+    LaunchMode = 0;
+    CurrentAddressID = 0;
+    LaunchModal = false;
+    LaunchForWagebook = false;
+    helpModuleName.clear();
+    helpContextId = 0;
+    helpFilePath.clear();
+    wagebookMessageId = 0;
+    wagebookReplyTimeoutMs = DefaultWagebookReplyTimeoutMs;
+}
+
+} // namespace AddressGlobals
+
+void setApplicationTitle(const QString &title)
+{
+    QGuiApplication::setApplicationDisplayName(title);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QLatin1String>
+#include <QVariant>
+
+// The address book's recurring messages, shown through SuiteMessageBox.
+
+// Texts the address book window sets when it loads ("employeed" is the
+// suite's spelling).
+namespace AddressTexts {
+inline constexpr QLatin1String ShowFormerEmployees("Click to SHOW those no longer employeed");
+inline constexpr QLatin1String HideFormerEmployees("Click to HIDE those no longer employeed");
+inline constexpr QLatin1String NewEntryPrompt("Enter the Company/Employee name for the New Entry");
+inline constexpr QLatin1String NewBusinessPrompt("Enter the Business Name for the New Entry");
+} // namespace AddressTexts
+
+void msgSelectionRequired();
+// The pay details dialog's variant, shown without a caption.
+void msgSelectionRequiredPayDetails();
+void msgNoNameEntered();
+// Asks whether to delete the named entry; true when the user answers Yes.
+bool msgConfirmDeletion(const QVariant &name);
+void msgWagesExist(const QVariant &name);
+void msgCashbookDataExists(const QVariant &name);
+void msgWagesAndCashbookExist(const QVariant &name);
+// A data control's error, with the error's own text.
+void msgDataError(const QVariant &errorText);

@@ -1,0 +1,19 @@
+#include "startup/errorreport.h"
+
+#include "data/cverror.h"
+#include "startup/messageservice.h"
+#include "startup/settings.h"
+
+void showErrorReport(const CvError &error, const QString &origin, const QString &heading)
+{
+    showErrorReport(error.number(), error.description(), origin, heading);
+}
+
+void showErrorReport(int number, const QString &description, const QString &origin,
+                     const QString &heading)
+{
+    const QString code = QString::number(number);
+    SuiteMessageBox("Description - " + description + u'(' + code + origin, 0,
+                    FirmName() + " Error", "An Error has Occurred",
+                    heading.isEmpty() ? "Error " + code : heading, 6, true);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QLatin1String>
+#include <QString>
+
+class CvError;
+
+// Where a reported error was caught: the text that closes the report's prompt.
+namespace ErrorOrigin {
+inline constexpr QLatin1String FormLoad(") was generated in frmAddresses.Form_Load");
+inline constexpr QLatin1String FillNameList(") was generated in frmAddresses.FillNameList");
+inline constexpr QLatin1String UpdateScreenDisplay(
+    ") was generated in frmAddresses.UpdateScreenDisplay");
+inline constexpr QLatin1String EditPaysClick(") was generated in frmAddresses.cmdEditPays_Click.");
+inline constexpr QLatin1String PayeInfo(") was generated in commoncode.payeinfo");
+inline constexpr QLatin1String SavePayeInfo(") was generated in commoncode.savepayeinfo");
+inline constexpr QLatin1String PrimaryRsError(") was generated in frmAddresses.datPrimaryRS_Error");
+} // namespace ErrorOrigin
+
+// The one report of a run-time error caught by a procedure: "Description - "
+// + description + "(" + number + origin, captioned FirmName + " Error", titled
+// "An Error has Occurred", headed "Error " + number unless another heading is
+// given. OK only.
+void showErrorReport(const CvError &error, const QString &origin,
+                     const QString &heading = QString());
+void showErrorReport(int number, const QString &description, const QString &origin,
+                     const QString &heading = QString());

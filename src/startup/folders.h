@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+
+// The suite's shared folders and files. Paths carry no trailing separator.
+
+// Joins two path parts with the platform's separator, the one place that
+// knows it.
+QString joinPath(const QString &folder, const QString &name);
+
+// The folder all suite programs share: $CORVANE_SHARED_DOCUMENTS when set,
+// else the user's documents folder; empty when neither is known.
+QString sharedDocumentsFolder();
+
+// Shared documents folder + "Corvane/Common": the INI file and the error log.
+QString commonFolder();
+
+// The suite INI file when it exists in the common folder, else the bare name
+// "Corvane.ini", which the profile reader then does not find.
+QString suiteIniFile();
+
+// Common folder + "CvErrors.log".
+QString errorLogFile();
+
+// The folder that holds the running executable.
+QString programFolder();
+
+// The installation folder recorded at setup: $CORVANE_INSTALDIR stands in for
+// the registry value. Unset means the key is missing, and the program's own
+// folder is used.
+QString installationFolder();

@@ -1,0 +1,15 @@
+#include "startup/launchcontext.h"
+
+#include "startup/messageservice.h"
+#include "startup/settings.h"
+
+void ReportLaunchContext(const QString &applicationName)
+{
+    const QString firm = FirmName();
+    const QString prompt = QStringLiteral("This Application is designed to run from inside ") +
+                           firm + QStringLiteral("\r\n\r\n") +
+                           QStringLiteral("Please select the correct menu option from inside ") +
+                           firm + QStringLiteral(" to launch ") + applicationName + u'.';
+    SuiteMessageBox(prompt, 0, firm, QStringLiteral("Invalid Execution"),
+                    QStringLiteral("Unable to Start ") + applicationName, 6, false);
+}

@@ -1,0 +1,28 @@
+#include "startup/settings.h"
+
+#include "startup/folders.h"
+#include "startup/suiteconfig.h"
+
+QString Settings::DatabaseName() const
+{
+    const QString value = readSuiteIni("CORVANE", "DataFileName");
+    return value.isEmpty() ? joinPath(dataFolder(), "Farm32.mdb") : value;
+}
+
+QString Settings::WageDataBase() const
+{
+    const QString value = readSuiteIni("CORVANE", "WageFileName");
+    return value.isEmpty() ? joinPath(dataFolder(), "Wage32.mdb") : value;
+}
+
+bool Settings::EmployeeOnly() const
+{
+    return readSuiteIni("Wage", "AllEmployees").toUpper() != QLatin1String("Y");
+}
+
+QString FirmName()
+{
+    const QString firm = readSuiteIni("START", "Firm");
+    return firm.isEmpty() ? QStringLiteral("Corvane") : firm;
+}
+

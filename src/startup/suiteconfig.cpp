@@ -1,0 +1,88 @@
+#include "startup/suiteconfig.h"
+
+#include "startup/folders.h"
+#include "startup/numerictext.h"
+#include "startup/profilestring.h"
+#include "startup/readini.h"
+#include "startup/translate.h"
+
+namespace {
+
+bool isSupportedCountry(qint32 code)
+{
+    return code == 64 || code == 55 || code == 61 || code == 598;
+}
+
+} // namespace
+
+QString readSuiteIni(const QString &section, const QString &key)
+{
+    return ReadIni(section, key, suiteIniFile());
+}
+
+QString dataFolder()
+{
+    const QString value = readSuiteIni("CORVANE", "DataRoot");
+    return value.isEmpty() ? joinPath(sharedDocumentsFolder(), "data") : value;
+}
+
+QString programDirectory()
+{
+    const QString value = readSuiteIni("CORVANE", "ProgramDirectory");
+    return value.isEmpty() ? programFolder() : value;
+}
+
+QString helpFolder()
+{
+    return joinPath(programDirectory(), "Help");
+}
+
+QString modulesDatabase()
+{
+    const QString value = readSuiteIni("Corvane", "ModuleFileName");
+    if (!value.isEmpty())
+        return value;
+    const QString base = readSuiteIni("Corvane", "ProgramDirectory");
+    return joinPath(base.isEmpty() ? installationFolder() : base, "Modules.mdb");
+}
+
+qint32 countryCode()
+{
+    if (const std::optional<qint32> code = numericTextToInt32(readSuiteIni("WINDOWS", "Country")))
+        return *code;
+    if (const std::optional<qint32> code =
+            numericTextToInt32(ReadIni("INTL", "iCountry", "WIN.INI")))
+        return isSupportedCountry(*code) ? *code : 64;
+    return 64;
+}
+
+qint32 iniWageAccount()
+{
+    return numericTextToInt32(readSuiteIni("TAX", "WageAccount")).value_or(401001);
+}
+
+QString helpContextId(const QString &windowName)
+{
+    return readSuiteIni("HELPCONTEXTIDS", windowName);
+}
+
+QString taxNumberName()
+{
+    QString name = readSuiteIni("TAX", "TaxNumberName");
+    if (name.isEmpty())
+        name = readSuiteIni("TAX", "TaxName");
+    if (name.isEmpty())
+        name = QStringLiteral("GST");
+    return name;
+}
+
+QString taxNumberCaption()
+{
+    return Translate("|0| Number", {taxNumberName()});
+}
+
+bool writeAllEmployees(const QString &value)
+{
+    return writeProfileString("WAGE", "AllEmployees", value, suiteIniFile());
+}
+

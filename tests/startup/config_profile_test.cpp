@@ -1,0 +1,150 @@
+// The INI reader and writer on real files.
+#include "support/qtprinters.h"
+#include "startup/profilestring.h"
+#include "startup/winini.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+class ProfileFileTest : public ::testing::Test
+{
+protected:
+    QString write(const QByteArray &bytes, const QString &name = "test.ini")
+    {
+        const QString path = m_dir.filePath(name);
+        QFile f(path);
+        f.open(QIODevice::WriteOnly | QIODevice::Truncate);
+        f.write(bytes);
+        return path;
+    }
+    static QByteArray contents(const QString &path)
+    {
+        QFile f(path);
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<missing>");
+    }
+    QString read(const QString &file, const char *section, const char *key)
+    {
+        return readProfileString(section, key, QString(), file);
+    }
+
+    QTemporaryDir m_dir;
+};
+
+TEST_F(ProfileFileTest, ReadsWithTheProfileRules)
+{
+    const QString ini = write("\xEF\xBB\xBF[corvane]\r\n"
+                              "  DataRoot  =  C:\\Data  \r\n"
+                              "Quoted=\"  with blanks  \"\n"
+                              "Single='x'\r"
+                              "Twice=\"\"inner\"\"\n"
+                              "Unbalanced=\"abc'\n"
+                              "Empty=\n"
+                              "Dup=first\n"
+                              "dup=second\n"
+                              "[START]\n"
+                              "Firm=Acme\n"
+                              "[Corvane]\n"
+                              "Late=in the second section\n"
+                              "[ TAX ]\n"
+                              "WageAccount = 401002");
+
+    EXPECT_EQ(read(ini, "CORVANE", "dataroot"), "C:\\Data");
+    EXPECT_EQ(read(ini, "CORVANE", "Quoted"), "  with blanks  ");
+    EXPECT_EQ(read(ini, "CORVANE", "Single"), "x");
+    EXPECT_EQ(read(ini, "CORVANE", "Twice"), "\"inner\"");
+    EXPECT_EQ(read(ini, "CORVANE", "Unbalanced"), "\"abc'");
+    EXPECT_EQ(read(ini, "CORVANE", "Dup"), "first");
+    EXPECT_EQ(read(ini, "START", "FIRM"), "Acme");
+    // Only the first of two sections of one name is read.
+    EXPECT_EQ(read(ini, "CORVANE", "Late"), "");
+    EXPECT_EQ(read(ini, "TAX", "WageAccount"), "401002");
+    EXPECT_EQ(readProfileString("CORVANE", "Empty", "dflt", ini), "");
+    EXPECT_EQ(readProfileString("CORVANE", "Absent", "dflt", ini), "dflt");
+    EXPECT_EQ(readProfileString("NOSUCH", "Firm", "dflt", ini), "dflt");
+}
+
+TEST_F(ProfileFileTest, CutsLongValuesToTheBuffer)
+{
+    const QByteArray value(5000, 'v');
+    const QString ini = write("[A]\r\nK=" + value + "\r\n");
+    EXPECT_EQ(read(ini, "A", "K").size(), kProfileBufferSize - 1);
+    EXPECT_EQ(readProfileString("A", "K", QString(), ini, 6), "vvvvv");
+}
+
+TEST_F(ProfileFileTest, MissingAndBareFilesGiveTheDefault)
+{
+    EXPECT_EQ(readProfileString("A", "K", "d", m_dir.filePath("none.ini")), "d");
+    // A bare name is not looked for in the current folder.
+    write("[A]\nK=v\n", "bare.ini");
+    const QString old = QDir::currentPath();
+    QDir::setCurrent(m_dir.path());
+    EXPECT_EQ(readProfileString("A", "K", "d", "bare.ini"), "d");
+    EXPECT_FALSE(readTextLines("bare.ini").has_value());
+    QDir::setCurrent(old);
+}
+
+TEST_F(ProfileFileTest, WinIniAnswersTheLocaleDiallingCode)
+{
+    setWinIniTerritory(QLocale::Australia);
+    EXPECT_EQ(readProfileString("INTL", "iCountry", "", "WIN.INI"), "61");
+    EXPECT_EQ(readProfileString("intl", "ICOUNTRY", "", "win.ini"), "61");
+    EXPECT_EQ(readProfileString("INTL", "sCountry", "d", "WIN.INI"), "d");
+    setWinIniTerritory(QLocale::Antarctica);
+    EXPECT_EQ(readProfileString("INTL", "iCountry", "", "WIN.INI"), "");
+    setWinIniTerritory(QLocale::AnyTerritory);
+}
+
+TEST_F(ProfileFileTest, WriterReplacesTheValueAndKeepsEveryOtherLine)
+{
+    const QByteArray before = "\xEF\xBB\xBF; suite settings\r\n"
+                              "[CORVANE]\r\n"
+                              "DataRoot=C:\\Data\r\n"
+                              "\r\n"
+                              "[wage]\n"
+                              "  allemployees = N  \r\n"
+                              "AllEmployees=ignored duplicate\r\n"
+                              "Other=1\r\n"
+                              "[WAGE]\r\n"
+                              "AllEmployees=second section\r\n"
+                              "[TAX]\r\n"
+                              "TaxName=\xE9t\xE9"; // Latin-1, no final line end
+    const QString ini = write(before);
+    ASSERT_TRUE(writeProfileString("WAGE", "AllEmployees", "Y", ini));
+    QByteArray expected = before;
+    expected.replace("  allemployees = N  \r\n", "AllEmployees=Y\r\n");
+    EXPECT_EQ(contents(ini), expected);
+}
+
+TEST_F(ProfileFileTest, WriterAddsAMissingKeyAtTheEndOfItsSection)
+{
+    const QString ini = write("[CORVANE]\nDataRoot=x\n[Wage]\nOther=1\n\n[TAX]\nTaxName=GST");
+    ASSERT_TRUE(writeProfileString("WAGE", "AllEmployees", "N", ini));
+    EXPECT_EQ(contents(ini),
+              "[CORVANE]\nDataRoot=x\n[Wage]\nOther=1\nAllEmployees=N\n\n[TAX]\nTaxName=GST");
+}
+
+TEST_F(ProfileFileTest, WriterAddsAMissingSectionAndCreatesFiles)
+{
+    const QString ini = write("[CORVANE]\r\nDataRoot=x");
+    ASSERT_TRUE(writeProfileString("WAGE", "AllEmployees", "Y", ini));
+    EXPECT_EQ(contents(ini), "[CORVANE]\r\nDataRoot=x\r\n[WAGE]\r\nAllEmployees=Y\r\n");
+    EXPECT_EQ(read(ini, "wage", "allemployees"), "Y");
+
+    const QString fresh = m_dir.filePath("fresh.ini");
+    ASSERT_TRUE(writeProfileString("WAGE", "AllEmployees", "N", fresh));
+    EXPECT_EQ(contents(fresh), "[WAGE]\r\nAllEmployees=N\r\n");
+}
+
+TEST_F(ProfileFileTest, WriterReportsWhatItCannotWrite)
+{
+    EXPECT_FALSE(writeProfileString("WAGE", "AllEmployees", "Y", "Corvane.ini"));
+    EXPECT_FALSE(writeProfileString("WAGE", "AllEmployees", "Y", "WIN.INI"));
+    EXPECT_FALSE(
+        writeProfileString("WAGE", "AllEmployees", "Y", m_dir.filePath("no/such/dir/x.ini")));
+}
+
+} // namespace

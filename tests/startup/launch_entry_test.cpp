@@ -1,0 +1,294 @@
+#include "data/cverror.h"
+#include "startup/addressglobals.h"
+#include "startup/entryroutine.h"
+#include "startup/messageservice.h"
+#include "startup/wagebook.h"
+#include "startup/wagebooklistener.h"
+#include "support/tempsuite.h"
+
+#include <atomic>
+#include <gtest/gtest.h>
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QMutex>
+#include <QThread>
+#include <QTimer>
+
+namespace {
+
+struct Recorded : MessageService
+{
+    qint16 show(const MessageRequest &request) override
+    {
+        requests.push_back(request);
+        return ResultOk;
+    }
+    std::vector<MessageRequest> requests;
+};
+
+// What the stand-in window saw; it outlives the window, which the launch globals own.
+struct WindowLog
+{
+    QStringList calls;
+    qint16 modeAtShow = -1;
+    qint32 idAtShow = -1;
+    QString titleAtShow;
+    std::atomic<bool> closed{false};
+    bool destroyed = false;
+};
+
+// Stands in for the address book window. A modal show acts as a user who picks an entry
+// (when told which) and closes the window; a modeless one closes after closeAfterMs.
+struct StandInWindow : AddressWindow
+{
+    WindowLog *log;
+    std::optional<qint32> pick;
+    int closeAfterMs = -1;
+    std::function<void()> onLoad;
+    bool loaded = false, open = false;
+
+    explicit StandInWindow(WindowLog *log) : log(log) {}
+    ~StandInWindow() override { log->destroyed = true; }
+    bool isLoaded() const override { return loaded; }
+    bool isOpen() const override { return open; }
+    void load() override
+    {
+        if (loaded)
+            return;
+        log->calls << "load";
+        if (onLoad)
+            onLoad();
+        loaded = true;
+    }
+    void showModeless() override
+    {
+        show("showModeless");
+        if (closeAfterMs >= 0)
+            QTimer::singleShot(closeAfterMs, this, [this] { close(); });
+    }
+    void showModal() override
+    {
+        show("showModal");
+        AddressGlobals::CurrentAddressID = pick.value_or(AddressGlobals::CurrentAddressID);
+        close();
+    }
+    void show(const QString &how)
+    {
+        load();
+        log->calls << how;
+        log->modeAtShow = AddressGlobals::LaunchMode;
+        log->idAtShow = AddressGlobals::CurrentAddressID;
+        log->titleAtShow = QGuiApplication::applicationDisplayName();
+        open = true;
+    }
+    void close()
+    {
+        open = loaded = false;
+        log->calls << "closed";
+        log->closed = true;
+        emit closed();
+    }
+};
+
+// The wage book in a thread of its own, as it is in a process of its own: the sender
+// blocks until it answers. Records the message, its parameters and whether the window
+// had closed by then.
+class WagebookThread : public QThread
+{
+public:
+    explicit WagebookThread(const WindowLog *log) : m_log(log) {}
+    ~WagebookThread() override { quit(), wait(); }
+    bool startListening()
+    {
+        start();
+        while (m_state == 0)
+            msleep(5);
+        return m_state == 1;
+    }
+    QList<QList<qint64>> received()
+    {
+        QMutexLocker lock(&m_mutex);
+        return m_received;
+    }
+
+protected:
+    void run() override
+    {
+        WagebookListener listener;
+        // No context object: the slot runs before the listener answers.
+        QObject::connect(&listener, &WagebookListener::messageReceived,
+                         [this](quint32 message, qint32 wParam, qint32 lParam) {
+                             QMutexLocker lock(&m_mutex);
+                             m_received.append({message, wParam, lParam, m_log->closed});
+                         });
+        m_state = listener.listen() ? 1 : 2;
+        if (m_state == 1)
+            exec();
+    }
+
+private:
+    const WindowLog *m_log;
+    QMutex m_mutex;
+    QList<QList<qint64>> m_received;
+    std::atomic<int> m_state{0};
+};
+
+class Launch : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        AddressGlobals::reset();
+        qputenv("XDG_RUNTIME_DIR", m_runtime.path().toUtf8());
+        suite.writeIni("[START]\r\nFirm=Kowhai Orchards\r\n");
+        setMessageService(&messages);
+        QGuiApplication::setApplicationDisplayName("Before");
+        AddressGlobals::setWindowFactory([this] {
+            auto window = std::make_unique<StandInWindow>(&log);
+            window->pick = pick;
+            window->closeAfterMs = closeModelessAfterMs;
+            window->onLoad = onLoad;
+            return window;
+        });
+    }
+    void TearDown() override
+    {
+        AddressGlobals::reset();
+        setMessageService(nullptr);
+        qunsetenv("XDG_RUNTIME_DIR");
+    }
+
+    TempSuite suite{false};
+    Recorded messages;
+    WindowLog log;
+    std::optional<qint32> pick;
+    int closeModelessAfterMs = -1;
+    std::function<void()> onLoad;
+
+private:
+    QTemporaryDir m_runtime;
+};
+
+} // namespace
+
+TEST_F(Launch, EmptyCommandLineReportsTheLaunchContextAndOpensNothing)
+{
+    EXPECT_EQ(runEntryProcess(""), 0);
+    ASSERT_EQ(messages.requests.size(), 1u);
+    const MessageRequest &r = messages.requests[0];
+    EXPECT_EQ(r.prompt, "This Application is designed to run from inside Kowhai Orchards\r\n\r\n"
+                        "Please select the correct menu option from inside Kowhai Orchards to "
+                        "launch Address Book.");
+    EXPECT_EQ(r.buttons, 0);
+    EXPECT_EQ(r.caption, "Kowhai Orchards");
+    EXPECT_EQ(r.title, "Invalid Execution");
+    EXPECT_EQ(r.heading, "Unable to Start Address Book");
+    EXPECT_EQ(r.iconKind, 6);
+    EXPECT_FALSE(r.flag);
+    EXPECT_TRUE(log.calls.isEmpty());
+    EXPECT_FALSE(AddressGlobals::hasSettings());
+}
+
+TEST_F(Launch, AddressBookIsLoadedThenShownAndTheTitleLeftAlone)
+{
+    runEntryRoutine("1, 37,True,False");
+    EXPECT_EQ(log.calls, QStringList({"load", "showModal", "closed"}));
+    EXPECT_EQ(log.modeAtShow, 1);
+    EXPECT_EQ(log.idAtShow, 37);
+    EXPECT_EQ(log.titleAtShow, "Before");
+    EXPECT_TRUE(AddressGlobals::hasSettings());
+
+    // Modeless: the process lives until the window closes, and none is left behind.
+    log.calls.clear();
+    closeModelessAfterMs = 50;
+    AddressGlobals::releaseMainWindow();
+    EXPECT_EQ(runEntryProcess("0,0,False,False"), 0);
+    EXPECT_EQ(log.calls, QStringList({"load", "showModeless", "closed"}));
+    EXPECT_EQ(log.titleAtShow, "Before");
+    EXPECT_FALSE(AddressGlobals::hasMainWindow());
+}
+
+TEST_F(Launch, WagebookFlagWinsOverTheModeAndSetsTheEmployeesTitle)
+{
+    runEntryRoutine("0,12,False,True");
+    EXPECT_EQ(log.calls, QStringList({"load", "showModal", "closed"}));
+    EXPECT_EQ(log.modeAtShow, 1);
+    EXPECT_EQ(log.idAtShow, 12);
+    EXPECT_EQ(log.titleAtShow, "Employees");
+}
+
+TEST_F(Launch, ErrorsGetTheRunTimeReportAndNoWindowStaysOpen)
+{
+    EXPECT_THROW(runEntryRoutine("0,12"), CvError);
+    EXPECT_EQ(runEntryProcess("abc,1,True,False"), 1);
+    EXPECT_EQ(runEntryProcess("0,0,False,False" + QString(40000, u' ')), 1);
+    EXPECT_TRUE(log.calls.isEmpty());
+
+    onLoad = [] { throw CvError(3024, "DAO", "Could not find file 'Farm32.mdb'."); };
+    EXPECT_EQ(runEntryProcess("0,0,True,False"), 1);
+    EXPECT_TRUE(log.destroyed);
+    EXPECT_FALSE(AddressGlobals::hasMainWindow());
+
+    AddressGlobals::setWindowFactory(nullptr);
+    EXPECT_EQ(runEntryProcess("0,0,False,False"), 1);
+
+    QStringList prompts;
+    for (const MessageRequest &r : messages.requests)
+        prompts << r.prompt;
+    EXPECT_EQ(prompts, QStringList({"Run-time error '13':\n\nType mismatch",
+                                    "Run-time error '6':\n\nOverflow",
+                                    "Run-time error '3024':\n\nCould not find file 'Farm32.mdb'.",
+                                    "Run-time error '429':\n\nThe address book window is not "
+                                    "available in this build"}));
+    EXPECT_EQ(messages.requests[0].caption, "Kowhai Orchards");
+}
+
+TEST_F(Launch, WagebookHearsThePickOnceAfterTheWindowClosed)
+{
+    // The wage book derives the number in its own process, from the name only: pinned,
+    // since a per-process seed (as qHash has) would pass any test inside one process.
+    EXPECT_EQ(AddressGlobals::wagebookMessageId, 0u);
+    EXPECT_EQ(registerWindowMessage("msg_testmessage"), 0xFF5Au);
+
+    WagebookThread wagebook(&log);
+    ASSERT_TRUE(wagebook.startListening());
+    pick = 41;
+    runEntryRoutine("1,0,False,True");
+    EXPECT_EQ(log.idAtShow, 0);
+
+    // Closed without a pick: still none.
+    pick.reset();
+    log.closed = false;
+    AddressGlobals::releaseMainWindow();
+    runEntryRoutine("1,0,False,True");
+
+    const qint64 id = GetWagebookMessageId();
+    EXPECT_EQ(wagebook.received(), QList<QList<qint64>>({{id, 41, 0, true}, {id, 0, 0, true}}));
+
+    WagebookListener second;
+    EXPECT_FALSE(second.listen()) << "two wage books on one name";
+}
+
+TEST_F(Launch, SenderDoesNotHangWithoutAnAnswer)
+{
+    AddressGlobals::wagebookReplyTimeoutMs = 500;
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_FALSE(sendWagebookMessage(GetWagebookMessageId(), 41, 0)); // nobody listens
+    EXPECT_LT(timer.elapsed(), 500);
+
+    // Listening, but this thread is busy sending, so no answer ever comes.
+    ASSERT_TRUE(makeWagebookFolder());
+    QLocalServer silent;
+    ASSERT_TRUE(silent.listen(wagebookSocketPath()));
+    timer.restart();
+    EXPECT_FALSE(sendWagebookMessage(GetWagebookMessageId(), 41, 0));
+    EXPECT_LT(timer.elapsed(), 500 + 2000);
+
+    ASSERT_TRUE(silent.waitForNewConnection(1000));
+    QLocalSocket *peer = silent.nextPendingConnection();
+    peer->waitForReadyRead(1000);
+    EXPECT_EQ(peer->readAll(), "MSG_TESTMESSAGE 41 0\n");
+}

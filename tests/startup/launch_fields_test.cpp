@@ -1,0 +1,64 @@
+#include "data/cverror.h"
+#include "startup/conversions.h"
+#include "startup/extractfield.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// The number of the CvError that f raises, or 0.
+template <typename F> int errorOf(F f)
+{
+    try {
+        f();
+    } catch (const CvError &e) {
+        return e.number();
+    }
+    return 0;
+}
+
+} // namespace
+
+TEST(ExtractField, FieldsCountFromOneAndKeepEverything)
+{
+    EXPECT_EQ(ExtractField("a,,c", ",", 2), "");
+    EXPECT_EQ(ExtractField("a,,c", ",", 3), "c");
+    EXPECT_EQ(ExtractField("a,b", ",", 5), "");
+    EXPECT_EQ(ExtractField("a,b", ",", 0), "");
+    EXPECT_EQ(ExtractField("a,b", ",", -1), "");
+    EXPECT_EQ(ExtractField("1, 37 ,x", ",", 2), " 37 ");
+    EXPECT_EQ(ExtractField("a::b:c", "::", 2), "b:c");
+    // An empty delimiter is blank, CR, LF, tab as one unit, not any blank.
+    EXPECT_EQ(ExtractField("a b", "", 2), "");
+    EXPECT_EQ(ExtractField("a b \r\n\tc", "", 1), "a b");
+    EXPECT_EQ(ExtractField("a b \r\n\tc", "", 2), "c");
+}
+
+TEST(ExtractField, TextsBeyondSixteenBitsOverflow)
+{
+    EXPECT_EQ(ExtractField(QString(32767, u'x'), ",", 1).size(), 32767);
+    EXPECT_EQ(errorOf([] { ExtractField(QString(32768, u'x'), ",", 1); }), CvError::Overflow);
+    const QString line = "0,1,True,False," + QString(40000 - 15, u'9');
+    EXPECT_EQ(errorOf([&] { ExtractField(line, ",", 1); }), CvError::Overflow);
+}
+
+TEST(Conversions, NumbersAndBooleansFollowThePlatform)
+{
+    EXPECT_EQ(textToInt32(" 37"), 37);
+    EXPECT_EQ(textToInt16("2.5"), 2);
+    EXPECT_EQ(textToInt16("3.5"), 4);
+    EXPECT_EQ(textToInt32("40000"), 40000);
+    EXPECT_TRUE(textToBool("true"));
+    EXPECT_FALSE(textToBool(" FALSE "));
+    EXPECT_TRUE(textToBool("-1"));
+    EXPECT_FALSE(textToBool("0"));
+
+    for (const char *text : {"", "abc", "12abc"}) {
+        EXPECT_EQ(errorOf([&] { textToInt16(text); }), CvError::TypeMismatch) << text;
+        EXPECT_EQ(errorOf([&] { textToBool(text); }), CvError::TypeMismatch) << text;
+    }
+    EXPECT_EQ(errorOf([] { textToBool("Yes"); }), CvError::TypeMismatch);
+    EXPECT_EQ(errorOf([] { textToInt16("40000"); }), CvError::Overflow);
+    EXPECT_EQ(errorOf([] { textToInt16("32767.5"); }), CvError::Overflow);
+    EXPECT_EQ(errorOf([] { textToInt32("2147483648"); }), CvError::Overflow);
+}

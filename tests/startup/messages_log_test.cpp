@@ -1,0 +1,56 @@
+// The error log: one line per process.
+#include "support/qtprinters.h"
+#include "startup/errorlog.h"
+#include "support/tempsuite.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <gtest/gtest.h>
+
+namespace {
+
+class LogErrorTest : public ::testing::Test
+{
+protected:
+    LogErrorTest() : m_suite(false) { resetErrorLogState(); }
+    ~LogErrorTest() override { resetErrorLogState(); }
+
+    TempSuite m_suite;
+};
+
+TEST_F(LogErrorTest, FirstCallAppendsOneLineAndLaterCallsAreSkipped)
+{
+    {
+        QFile log(m_suite.errorLogPath());
+        ASSERT_TRUE(log.open(QIODevice::WriteOnly));
+        log.write("earlier run\r\n");
+    }
+    QString first = "first";
+    QString second = "second";
+    LogError(first);
+    LogError(second);
+
+    // en_NZ: short date with a four-digit year, then the time with seconds.
+    static const QRegularExpression line(
+        R"(^\d{1,2}/\d{2}/\d{4} \d{1,2}:\d{2}:\d{2} [ap]\.?m\.?\tfirst\r\n$)",
+        QRegularExpression::CaseInsensitiveOption);
+    EXPECT_TRUE(line.match(first).hasMatch()) << first.toStdString();
+    // The caller's text becomes the line, written or not.
+    EXPECT_TRUE(second.endsWith("\tsecond\r\n"));
+    EXPECT_EQ(QString::fromUtf8(m_suite.readErrorLog()), "earlier run\r\n" + first);
+}
+
+TEST_F(LogErrorTest, FailureIsSilentAndStillUsesTheProcessTurn)
+{
+    QDir(m_suite.commonDir()).removeRecursively();
+    QString text = "lost";
+    LogError(text);
+    EXPECT_TRUE(text.endsWith("\tlost\r\n"));
+
+    QDir().mkpath(m_suite.commonDir());
+    QString later = "later";
+    LogError(later);
+    EXPECT_TRUE(m_suite.readErrorLog().isEmpty());
+}
+
+} // namespace

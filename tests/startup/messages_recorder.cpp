@@ -1,0 +1,21 @@
+#include "messages_recorder.h"
+
+MessageRecorder::MessageRecorder() : m_previous(messageService())
+{
+    setMessageService(this);
+}
+
+MessageRecorder::~MessageRecorder()
+{
+    setMessageService(m_previous);
+}
+
+qint16 MessageRecorder::show(const MessageRequest &request)
+{
+    requests.push_back(request);
+    if (answers.empty())
+        return request.buttons == 4 ? ResultNo : ResultOk;
+    const qint16 answer = answers.front();
+    answers.pop_front();
+    return answer;
+}
