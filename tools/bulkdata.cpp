@@ -373,11 +373,11 @@ void addNotes(Random &rng, AddressRow &row)
         return;
     if (r < 90)
         row.notes = remarks(rng, 1);
-    else if (r < 98)
+    else if (r < 99)
         row.notes = remarks(rng, rng.between(2, 6));
     else {
         const QString first = remarks(rng, 1);
-        row.notes = notesOfSize(rng, first, rng.between(4096, 16384));
+        row.notes = notesOfSize(rng, first, rng.between(2048, 8192));
     }
 }
 
@@ -483,8 +483,8 @@ void writeBulkBooks(BookWriter &farm, BookWriter &wage, const BulkOptions &optio
         row.notes = "[" + logDate(pay.hired) + "] Hired on " + logDate(pay.hired);
         if (options.notesBytes > 0 && employeeCount % 1000 == 0)
             row.notes = notesOfSize(rng, row.notes, options.notesBytes);
-        else if (rng.chance(3))
-            row.notes = notesOfSize(rng, row.notes, rng.between(2048, 20480));
+        else if (rng.chance(2))
+            row.notes = notesOfSize(rng, row.notes, rng.between(2048, 16384));
         else
             for (int n = rng.between(0, 6); n > 0; --n)
                 row.notes += "\r\n" + logLine(rng, pay.hired, kLastPayDay);

@@ -141,6 +141,17 @@ QStringList existingDataFiles(const QString &dir)
     return out;
 }
 
+void refuseExistingDataFiles(const QString &dir)
+{
+    const QStringList existing = existingDataFiles(dir);
+    if (existing.size() == 1)
+        throw CvError(CvError::PermissionDenied, kSource,
+                      existing[0] + " exists already; use --force to replace it");
+    if (!existing.isEmpty())
+        throw CvError(CvError::PermissionDenied, kSource,
+                      existing.join(" and ") + " exist already; use --force to replace them");
+}
+
 static void moveIntoPlace(const QString &from, const QString &to)
 {
     if (QFileInfo::exists(to) && !QFile::remove(to))
@@ -153,12 +164,8 @@ static void moveIntoPlace(const QString &from, const QString &to)
 // complete, so a failure, or a refusal, leaves what was there.
 template <typename Fill> static void buildSuite(const QString &dir, bool force, Fill fill)
 {
-    const QStringList existing = existingDataFiles(dir);
-    if (!force && !existing.isEmpty())
-        throw CvError(CvError::PermissionDenied, kSource,
-                      existing.size() == 1
-                          ? existing[0] + " exists already; use --force to replace it"
-                          : existing.join(" and ") + " exist already; use --force to replace them");
+    if (!force)
+        refuseExistingDataFiles(dir);
     const QString farmPart = farmPath(dir) + ".part";
     const QString wagePart = wagePath(dir) + ".part";
     try {

@@ -42,7 +42,7 @@ struct BulkOptions
 };
 
 // Large books for benchmarks: the demo's reference tables, then generated
-// entries of which options.employees are employees (a fourth of them
+// entries of which options.employees are employees (a fifth of them
 // finished), with deductions, wages, cashbook transactions and notes of mixed
 // size. The same options always give the same rows.
 void bulkSuite(const QString &dir, const BulkOptions &options);
@@ -51,6 +51,8 @@ void bulkSuite(const QString &dir, int addresses, int employees, bool force = fa
 // The data files under dir that exist already; demoSuite and bulkSuite
 // refuse to run over them without force.
 QStringList existingDataFiles(const QString &dir);
+// Throws CvError naming them, if there are any.
+void refuseExistingDataFiles(const QString &dir);
 
 // Rows in each table of a data file, in the order the tables were created.
 QList<QPair<QString, qint64>> rowCounts(const QString &path);

@@ -444,7 +444,9 @@ void Recordset::addNew()
                              "+ 1")
                   .arg(JetSql::quoteIdentifier(m_d->updateTable)),
               {m_d->updateTable}, Source);
-        if (q.next())
+        const bool n = q.next();
+        qWarning("next %d %s %s", n, qPrintable(q.value(0).toString()), qPrintable(q.lastQuery()));
+        if (n)
             m_buffer[m_d->autoField] = q.value(0);
         m_changed[m_d->autoField] = true;
     }

@@ -25,7 +25,7 @@ void runEntryRoutine(const QString &commandLine)
         ReportLaunchContext(QStringLiteral("Address Book"));
         return;
     }
-    AddressGlobals::settings();
+    AddressGlobals::settings(); // the shared instance, created if it is not there yet
 
     const QString comma = QStringLiteral(",");
     AddressGlobals::LaunchMode = textToInt16(ExtractField(commandLine, comma, 1));

@@ -13,7 +13,7 @@ void showErrorReport(int number, const QString &description, const QString &orig
                      const QString &heading)
 {
     const QString code = QString::number(number);
-    SuiteMessageBox("Description - " + description + u'(' + code + origin, 0,
-                    FirmName() + " Error", "An Error has Occurred",
-                    heading.isEmpty() ? "Error " + code : heading, 6, true);
+    SuiteMessageBox("Description - " + description + u'(' + code + origin, 0, FirmName() + " Error",
+                    "An Error has Occurred", heading.isEmpty() ? "Error " + code : heading, 6,
+                    true);
 }

@@ -9,8 +9,8 @@ class CvError;
 namespace ErrorOrigin {
 inline constexpr QLatin1String FormLoad(") was generated in frmAddresses.Form_Load");
 inline constexpr QLatin1String FillNameList(") was generated in frmAddresses.FillNameList");
-inline constexpr QLatin1String UpdateScreenDisplay(
-    ") was generated in frmAddresses.UpdateScreenDisplay");
+inline constexpr QLatin1String
+    UpdateScreenDisplay(") was generated in frmAddresses.UpdateScreenDisplay");
 inline constexpr QLatin1String EditPaysClick(") was generated in frmAddresses.cmdEditPays_Click.");
 inline constexpr QLatin1String PayeInfo(") was generated in commoncode.payeinfo");
 inline constexpr QLatin1String SavePayeInfo(") was generated in commoncode.savepayeinfo");

@@ -11,7 +11,7 @@ struct MessageRequest
     qint32 buttons = 0; // 0 = OK only, 4 = Yes and No
     QString caption;
     QString title;
-    QString heading; // ampersands already doubled by SuiteMessageBox
+    QString heading;  // ampersands already doubled by SuiteMessageBox
     int iconKind = 6; // 6 information/warning/error, 9 question
     bool flag = true;
 };

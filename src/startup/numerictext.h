@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QString>
 #include <optional>
+#include <QString>
 
 // Numbers in text the way the suite's settings have always been read: in the
 // New Zealand convention ("." decimal point, "," digit grouping).

@@ -41,10 +41,7 @@ struct RawFile
     {
         return utf8 ? QString::fromUtf8(bytes) : QString::fromLatin1(bytes);
     }
-    QByteArray encode(const QString &text) const
-    {
-        return utf8 ? text.toUtf8() : text.toLatin1();
-    }
+    QByteArray encode(const QString &text) const { return utf8 ? text.toUtf8() : text.toLatin1(); }
 };
 
 RawFile splitFile(const QByteArray &bytes)
@@ -166,8 +163,8 @@ QString lookUp(const RawFile &file, const QString &section, const QString &key,
 
 } // namespace
 
-QString readProfileString(const QString &section, const QString &key,
-                          const QString &defaultValue, const QString &file, int size)
+QString readProfileString(const QString &section, const QString &key, const QString &defaultValue,
+                          const QString &file, int size)
 {
     QString value = defaultValue;
     if (isBareName(file)) {
@@ -215,8 +212,8 @@ bool writeProfileString(const QString &section, const QString &key, const QStrin
 
     const qsizetype header = findSection(lines, section);
     if (header < 0) {
-        insertAfter(qsizetype(raw.lines.size()) - 1, RawLine{raw.encode(u'[' + section + u']'),
-                                                             lineEnd});
+        insertAfter(qsizetype(raw.lines.size()) - 1,
+                    RawLine{raw.encode(u'[' + section + u']'), lineEnd});
         insertAfter(qsizetype(raw.lines.size()) - 1, keyLine);
     } else {
         qsizetype lastContent = header;

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <optional>
 #include <QString>
 #include <QStringList>
-#include <optional>
 
 // Our INI file reader and writer, with the rules of the profile functions the
 // suite's other programs use on the same files: section and key names match
@@ -21,9 +21,8 @@ inline constexpr int kProfileBufferSize = 1023;
 
 // The value of key in section, or defaultValue when the file, the section or
 // the key is missing.
-QString readProfileString(const QString &section, const QString &key,
-                          const QString &defaultValue, const QString &file,
-                          int size = kProfileBufferSize);
+QString readProfileString(const QString &section, const QString &key, const QString &defaultValue,
+                          const QString &file, int size = kProfileBufferSize);
 
 // Sets key in section to value, adding the key (after the section's last
 // line) or the section (at the end of the file) when missing, and creating

@@ -25,4 +25,3 @@ QString FirmName()
     const QString firm = readSuiteIni("START", "Firm");
     return firm.isEmpty() ? QStringLiteral("Corvane") : firm;
 }
-

@@ -85,4 +85,3 @@ bool writeAllEmployees(const QString &value)
 {
     return writeProfileString("WAGE", "AllEmployees", value, suiteIniFile());
 }
-

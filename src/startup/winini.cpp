@@ -10,14 +10,14 @@ QLocale::Territory g_territoryOverride = QLocale::AnyTerritory;
 // Territories the suite's customers and their neighbours live in; any other
 // territory counts as having no code, like a missing iCountry.
 constexpr std::array<std::pair<QLocale::Territory, int>, 24> kCodes{{
-    {QLocale::NewZealand, 64},    {QLocale::Australia, 61},    {QLocale::Brazil, 55},
-    {QLocale::Uruguay, 598},      {QLocale::UnitedStates, 1},  {QLocale::Canada, 1},
-    {QLocale::UnitedKingdom, 44}, {QLocale::Ireland, 353},     {QLocale::SouthAfrica, 27},
-    {QLocale::Fiji, 679},         {QLocale::Samoa, 685},       {QLocale::Tonga, 676},
+    {QLocale::NewZealand, 64},    {QLocale::Australia, 61},       {QLocale::Brazil, 55},
+    {QLocale::Uruguay, 598},      {QLocale::UnitedStates, 1},     {QLocale::Canada, 1},
+    {QLocale::UnitedKingdom, 44}, {QLocale::Ireland, 353},        {QLocale::SouthAfrica, 27},
+    {QLocale::Fiji, 679},         {QLocale::Samoa, 685},          {QLocale::Tonga, 676},
     {QLocale::CookIslands, 682},  {QLocale::PapuaNewGuinea, 675}, {QLocale::Singapore, 65},
-    {QLocale::Malaysia, 60},      {QLocale::India, 91},        {QLocale::China, 86},
-    {QLocale::Japan, 81},         {QLocale::Germany, 49},      {QLocale::France, 33},
-    {QLocale::Netherlands, 31},   {QLocale::Argentina, 54},    {QLocale::Chile, 56},
+    {QLocale::Malaysia, 60},      {QLocale::India, 91},           {QLocale::China, 86},
+    {QLocale::Japan, 81},         {QLocale::Germany, 49},         {QLocale::France, 33},
+    {QLocale::Netherlands, 31},   {QLocale::Argentina, 54},       {QLocale::Chile, 56},
 }};
 
 } // namespace

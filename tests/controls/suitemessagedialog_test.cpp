@@ -4,6 +4,8 @@
 #include "controls/ui/suitemessagedialog.h"
 #include "support/qtprinters.h"
 
+#include <gtest/gtest.h>
+#include <iostream>
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QDir>
@@ -11,8 +13,6 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
-#include <gtest/gtest.h>
-#include <iostream>
 
 namespace {
 
@@ -105,9 +105,8 @@ TEST(SuiteMessageDialogTest, ButtonsReturnThePlatformCodes)
     // Escape, like the close box, is OK or No.
     for (const MessageRequest &request : {question(), information()}) {
         SuiteMessageDialog dialog(request);
-        QTimer::singleShot(0, [] {
-            QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
-        });
+        QTimer::singleShot(
+            0, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
         EXPECT_EQ(dialog.exec(), request.buttons == 4 ? ResultNo : ResultOk);
     }
     {
@@ -129,8 +128,8 @@ TEST(SuiteMessageDialogTest, ServiceShowsTheDialogForSuiteMessageBox)
         shownHeading = label(*dialog, "headingLabel")->text();
         QTest::keyClick(dialog, Qt::Key_Return); // the default button: Yes
     });
-    const qint16 answer = SuiteMessageBox("Delete?", 4, "Corvane", "Confirm Deletion?",
-                                          "Smith & Sons", 9, true);
+    const qint16 answer =
+        SuiteMessageBox("Delete?", 4, "Corvane", "Confirm Deletion?", "Smith & Sons", 9, true);
     setMessageService(before);
     EXPECT_EQ(answer, ResultYes);
     EXPECT_EQ(shownHeading, "Smith & Sons");
@@ -153,8 +152,10 @@ TEST(SuiteMessageDialogTest, Screenshots)
         std::cout << "screenshot: " << path.toStdString() << '\n';
         // Nothing may be cut off: every label gets the height its text needs.
         for (QLabel *l : dialog.findChildren<QLabel *>()) {
-            if (l->isVisible() && l->wordWrap())
-                EXPECT_GE(l->height(), l->heightForWidth(l->width())) << l->objectName();
+            if (l->isVisible() && l->wordWrap()) {
+                EXPECT_GE(l->height(), l->heightForWidth(l->width()))
+                    << l->objectName().toStdString();
+            }
         }
     }
 }

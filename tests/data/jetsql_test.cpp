@@ -5,7 +5,10 @@
 
 namespace {
 
-QString tr(const char *jet) { return JetSql::translate(QString::fromUtf8(jet)); }
+QString tr(const char *jet)
+{
+    return JetSql::translate(QString::fromUtf8(jet));
+}
 
 } // namespace
 
@@ -20,7 +23,8 @@ TEST(JetSqlTest, DropsDistinctrowAndTheStarOfDelete)
 
 TEST(JetSqlTest, TopBecomesLimitAfterOrderByAndWithoutSemicolon)
 {
-    EXPECT_EQ(tr("select top 1 a from t order by t.b;"), "select a from t order by \"t\".\"b\" LIMIT 1");
+    EXPECT_EQ(tr("select top 1 a from t order by t.b;"),
+              "select a from t order by \"t\".\"b\" LIMIT 1");
     EXPECT_EQ(tr("SELECT DISTINCTROW TOP 5 a FROM t ;  "), "SELECT a FROM t LIMIT 5");
     EXPECT_EQ(tr("SELECT a FROM t WHERE b IN (SELECT TOP 2 c FROM u ORDER BY c)"),
               "SELECT a FROM t WHERE b IN (SELECT c FROM u ORDER BY c LIMIT 2)");
@@ -43,8 +47,7 @@ TEST(JetSqlTest, QuotesBracketedAndReservedNames)
 
 TEST(JetSqlTest, StringLiteralsBecomeSingleQuotedAndStayUntouched)
 {
-    EXPECT_EQ(tr("SELECT a FROM t WHERE n = \"O'Brien\""),
-              "SELECT a FROM t WHERE n = 'O''Brien'");
+    EXPECT_EQ(tr("SELECT a FROM t WHERE n = \"O'Brien\""), "SELECT a FROM t WHERE n = 'O''Brien'");
     EXPECT_EQ(tr("SELECT a FROM t WHERE n = \"say \"\"hi\"\"\""),
               "SELECT a FROM t WHERE n = 'say \"hi\"'");
     // Brackets, True, DISTINCTROW, * and & inside a literal are text, not syntax.

@@ -8,17 +8,17 @@ namespace {
 TEST(NumericTextTest, AcceptsTheFormsASettingMayTake)
 {
     const std::pair<const char *, double> numbers[] = {
-        {"44", 44},        {" 44 ", 44},      {"1,000", 1000},   {"-5", -5},    {"5-", -5},
-        {"(5)", -5},       {"$12.50", 12.5},  {"1e3", 1000},     {"1.5D2", 150}, {".5", 0.5},
-        {"&H10", 16},      {"&HFFFF", -1},    {"&O17", 15},      {"+7", 7},     {"\t8\t", 8},
+        {"44", 44},   {" 44 ", 44},     {"1,000", 1000}, {"-5", -5},     {"5-", -5},
+        {"(5)", -5},  {"$12.50", 12.5}, {"1e3", 1000},   {"1.5D2", 150}, {".5", 0.5},
+        {"&H10", 16}, {"&HFFFF", -1},   {"&O17", 15},    {"+7", 7},      {"\t8\t", 8},
     };
     for (const auto &[text, value] : numbers) {
         const std::optional<double> parsed = numericValue(text);
         ASSERT_TRUE(parsed.has_value()) << text;
         EXPECT_DOUBLE_EQ(*parsed, value) << text;
     }
-    for (const char *text : {"", " ", "abc", "12abc", ".", "-", "1.2.3", ",5", "(5", "-(5)",
-                             "&H", "&HG", "5--", "1e"})
+    for (const char *text :
+         {"", " ", "abc", "12abc", ".", "-", "1.2.3", ",5", "(5", "-(5)", "&H", "&HG", "5--", "1e"})
         EXPECT_FALSE(isNumericText(text)) << text;
 }
 

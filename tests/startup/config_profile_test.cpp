@@ -1,12 +1,12 @@
 // The INI reader and writer on real files.
-#include "support/qtprinters.h"
 #include "startup/profilestring.h"
 #include "startup/winini.h"
+#include "support/qtprinters.h"
 
+#include <gtest/gtest.h>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,9 +1,9 @@
 // ReadIni's value and its log lines, on a real suite folder.
-#include "support/qtprinters.h"
 #include "startup/errorlog.h"
 #include "startup/folders.h"
 #include "startup/readini.h"
 #include "startup/winini.h"
+#include "support/qtprinters.h"
 #include "support/tempsuite.h"
 
 #include <gtest/gtest.h>
@@ -70,9 +70,8 @@ TEST_F(ReadIniTest, KeyNamedInvalidIndexIsNotLogged)
     EXPECT_EQ(loggedText(), "");
     // Only the key test is waived: the section test still logs.
     EXPECT_EQ(read("NOSECTION", "Invalid Index"), "");
-    EXPECT_EQ(loggedText(),
-              "A section from " + m_suite.iniPath() +
-                  " is missing.Section=NOSECTION, Key=Invalid Index");
+    EXPECT_EQ(loggedText(), "A section from " + m_suite.iniPath() +
+                                " is missing.Section=NOSECTION, Key=Invalid Index");
 }
 
 TEST_F(ReadIniTest, KeyTestMatchesByPrefixAndCase)
@@ -91,8 +90,8 @@ TEST_F(ReadIniTest, HeaderMustBeUpperCaseAndExact)
 {
     m_suite.writeIni("[wage]\r\nAllEmployees=Y\r\n[START] \r\nFirm=Acme\r\n");
     EXPECT_EQ(read("Wage", "AllEmployees"), "Y");
-    EXPECT_EQ(loggedText(), "A section from " + m_suite.iniPath() +
-                                " is missing.Section=Wage, Key=AllEmployees");
+    EXPECT_EQ(loggedText(),
+              "A section from " + m_suite.iniPath() + " is missing.Section=Wage, Key=AllEmployees");
     resetErrorLogState();
     QFile::remove(m_suite.errorLogPath());
     EXPECT_EQ(read("START", "Firm"), "Acme");

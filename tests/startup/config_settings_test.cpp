@@ -1,15 +1,15 @@
 // Settings and the suite values derived from the INI file.
-#include "support/qtprinters.h"
 #include "startup/errorlog.h"
 #include "startup/folders.h"
 #include "startup/settings.h"
 #include "startup/suitecolour.h"
 #include "startup/suiteconfig.h"
 #include "startup/winini.h"
+#include "support/qtprinters.h"
 #include "support/tempsuite.h"
 
-#include <QCoreApplication>
 #include <gtest/gtest.h>
+#include <QCoreApplication>
 
 namespace {
 
@@ -109,9 +109,9 @@ TEST_F(SettingsTest, CountryCodeRule)
     ini("[WINDOWS]\r\nCountry=abc\r\n");
     const std::pair<QLocale::Territory, int> cases[] = {
         {QLocale::UnitedStates, 64}, // iCountry 1
-        {QLocale::Australia, 61},    {QLocale::Brazil, 55},  {QLocale::Uruguay, 598},
-        {QLocale::NewZealand, 64},   {QLocale::UnitedKingdom, 64},
-        {QLocale::Antarctica, 64}, // no iCountry
+        {QLocale::Australia, 61},     {QLocale::Brazil, 55},
+        {QLocale::Uruguay, 598},      {QLocale::NewZealand, 64},
+        {QLocale::UnitedKingdom, 64}, {QLocale::Antarctica, 64}, // no iCountry
     };
     for (const auto &[territory, expected] : cases) {
         setWinIniTerritory(territory);

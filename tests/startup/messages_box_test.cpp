@@ -1,9 +1,9 @@
 // SuiteMessageBox, the standard error report and the ready-made messages.
-#include "support/qtprinters.h"
 #include "data/cverror.h"
 #include "messages_recorder.h"
 #include "startup/addressmessages.h"
 #include "startup/errorreport.h"
+#include "support/qtprinters.h"
 #include "support/tempsuite.h"
 
 #include <gtest/gtest.h>

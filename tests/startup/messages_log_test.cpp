@@ -1,11 +1,11 @@
 // The error log: one line per process.
-#include "support/qtprinters.h"
 #include "startup/errorlog.h"
+#include "support/qtprinters.h"
 #include "support/tempsuite.h"
 
+#include <gtest/gtest.h>
 #include <QDir>
 #include <QRegularExpression>
-#include <gtest/gtest.h>
 
 namespace {
 

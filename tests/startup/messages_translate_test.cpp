@@ -1,7 +1,7 @@
 // Placeholder substitution.
-#include "support/qtprinters.h"
 #include "data/cverror.h"
 #include "startup/translate.h"
+#include "support/qtprinters.h"
 
 #include <gtest/gtest.h>
 

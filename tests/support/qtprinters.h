@@ -1,9 +1,15 @@
 #pragma once
 
+#include <ostream>
 #include <QByteArray>
 #include <QString>
-#include <ostream>
 
 // Lets GoogleTest show Qt strings as text in failure messages.
-void PrintTo(const QString &text, std::ostream *out);
-void PrintTo(const QByteArray &bytes, std::ostream *out);
+inline void PrintTo(const QString &text, std::ostream *out)
+{
+    *out << '"' << text.toStdString() << '"';
+}
+inline void PrintTo(const QByteArray &bytes, std::ostream *out)
+{
+    *out << '"' << bytes.toStdString() << '"';
+}

@@ -145,11 +145,8 @@ void run(const Request &r)
     if (r.command == "init") {
         // The library's init keeps existing files quietly; here, as for the
         // other commands, asking to make what is there already is an error.
-        const QStringList existing = SuiteFiles::existingDataFiles(r.dir);
-        if (!r.force && !existing.isEmpty())
-            throw CvError(CvError::PermissionDenied, "cvsuite",
-                          existing.join(" and ") + (existing.size() == 1 ? " exists" : " exist") +
-                              " already; use --force to replace");
+        if (!r.force)
+            SuiteFiles::refuseExistingDataFiles(r.dir);
         SuiteFiles::initSuite(r.dir, r.force);
     } else if (r.command == "demo") {
         SuiteFiles::demoSuite(r.dir, r.force);

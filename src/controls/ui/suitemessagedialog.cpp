@@ -13,6 +13,7 @@ constexpr qint32 kYesNoButtons = 4;
 constexpr int kQuestionIcon = 9;
 constexpr int kMinimumWidth = 380;
 constexpr int kPromptMinimumWidth = 300;
+constexpr int kPromptMaximumWidth = 460;
 constexpr int kIconSize = 40;
 
 QLabel *textLabel(const QString &text, const char *name, QWidget *parent)
@@ -31,8 +32,7 @@ QLabel *textLabel(const QString &text, const char *name, QWidget *parent)
 } // namespace
 
 SuiteMessageDialog::SuiteMessageDialog(const MessageRequest &request, QWidget *parent)
-    : QDialog(parent),
-      m_answer(request.buttons == kYesNoButtons ? ResultNo : ResultOk),
+    : QDialog(parent), m_answer(request.buttons == kYesNoButtons ? ResultNo : ResultOk),
       m_escapeAnswer(m_answer)
 {
     setWindowTitle(request.caption);
@@ -64,7 +64,13 @@ SuiteMessageDialog::SuiteMessageDialog(const MessageRequest &request, QWidget *p
     QString prompt = request.prompt;
     prompt.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
     QLabel *promptLabel = textLabel(prompt, "promptLabel", this);
-    promptLabel->setMinimumWidth(kPromptMinimumWidth);
+    // Short prompts keep the dialog compact; long ones widen it up to a
+    // comfortable line length before wrapping.
+    const int natural =
+        promptLabel->fontMetrics()
+            .boundingRect(QRect(0, 0, kPromptMaximumWidth, 10000), Qt::TextWordWrap, prompt)
+            .width();
+    promptLabel->setMinimumWidth(qBound(kPromptMinimumWidth, natural, kPromptMaximumWidth));
 
     auto *texts = new QVBoxLayout;
     texts->setSpacing(6);

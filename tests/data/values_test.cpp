@@ -1,0 +1,112 @@
+#include "qtprint.h"
+
+#include "data/money.h"
+#include "data/serialdate.h"
+
+#include <gtest/gtest.h>
+#include <QLocale>
+
+namespace {
+
+const QLocale nz(QLocale::English, QLocale::NewZealand);
+
+qint64 parsed(const char *text)
+{
+    return Money::parse(text, nz).value_or(Money::fromScaled(-7)).scaled();
+}
+
+} // namespace
+
+TEST(MoneyTest, ParsesPlainAndCurrencyFormattedAmounts)
+{
+    EXPECT_EQ(parsed("25"), 250000);
+    EXPECT_EQ(parsed(" 25.5"), 255000);
+    EXPECT_EQ(parsed("1,234.50"), 12345000);
+    EXPECT_EQ(parsed("$1,234.50"), 12345000);
+    EXPECT_EQ(parsed("-$1,234.50"), -12345000);
+    EXPECT_EQ(parsed("$-1,234.50"), -12345000);
+    EXPECT_EQ(parsed("($1,234.50)"), -12345000);
+    EXPECT_EQ(parsed(".5"), 5000);
+    EXPECT_EQ(parsed("0"), 0);
+    for (const char *bad : {"abc", "", "  ", "$", "1.2.3", "12abc", "(-5)", "--5", ",5", "1.5,0"}) {
+        SCOPED_TRACE(bad);
+        EXPECT_FALSE(Money::parse(bad, nz).has_value());
+    }
+}
+
+TEST(MoneyTest, RoundsHalfAwayFromZeroAtTheFourthDecimalWithoutOverflowing)
+{
+    EXPECT_EQ(parsed("0.00005"), 1);
+    EXPECT_EQ(parsed("-0.00005"), -1);
+    EXPECT_EQ(parsed("0.000049999"), 0);
+    EXPECT_EQ(parsed("1.23456"), 12346);
+    EXPECT_EQ(parsed("2.00014999"), 20001);
+    EXPECT_EQ(parsed("922337203685477.5807"), std::numeric_limits<qint64>::max());
+    EXPECT_FALSE(Money::parse("922337203685477.5808", nz).has_value());
+    EXPECT_FALSE(Money::parse("99999999999999999999", nz).has_value());
+    EXPECT_EQ(Money::fromDouble(1.00005)->scaled(), 10001); // as written, not as stored
+    EXPECT_EQ(Money::fromDouble(-2.5)->scaled(), -25000);
+    EXPECT_FALSE(Money::fromDouble(1e300).has_value());
+}
+
+TEST(MoneyTest, FormatsAsTheLocaleCurrencyAndReadsItBack)
+{
+    EXPECT_EQ(Money::fromUnits(25).toString(nz), "$25.00");
+    EXPECT_EQ(Money::fromScaled(12345000).toString(nz), "$1,234.50");
+    EXPECT_EQ(Money::fromScaled(-12345000).toString(nz), nz.toCurrencyString(-1234.5));
+    EXPECT_EQ(Money::fromScaled(50).toString(nz), "$0.01"); // a half cent rounds away
+    EXPECT_EQ(Money::fromScaled(49).toString(nz), "$0.00");
+    EXPECT_EQ(Money::fromScaled(-50).toString(nz), nz.toCurrencyString(-0.01));
+    EXPECT_EQ(Money::fromScaled(std::numeric_limits<qint64>::max()).toString(nz),
+              "$922,337,203,685,477.58");
+    for (qint64 cents : {0LL, 1LL, -1LL, 99LL, 2510LL, -123456789LL, 100000000000LL}) {
+        const Money m = Money::fromScaled(cents * 100);
+        EXPECT_EQ(Money::parse(m.toString(nz), nz), m) << m.toString(nz).toStdString();
+    }
+    EXPECT_EQ(Money::fromScaled(251000).toPlainString(nz), "25.1");
+    EXPECT_EQ(Money::fromScaled(-1).toPlainString(nz), "-0.0001");
+    EXPECT_EQ(Money::fromUnits(3) + Money::fromScaled(5) - Money::fromUnits(1),
+              Money::fromScaled(20005));
+}
+
+TEST(SerialDateTest, CountsDaysFromTheZeroDateWithTheTimeAsFraction)
+{
+    EXPECT_EQ(SerialDate::fromDate(QDate(1899, 12, 30)), 0.0);
+    EXPECT_EQ(SerialDate::toDate(0), QDate(1899, 12, 30));
+    EXPECT_EQ(SerialDate::fromDate(QDate(2010, 4, 1)), 40269.0);
+    EXPECT_EQ(SerialDate::toDate(40269.99), QDate(2010, 4, 1));
+    EXPECT_EQ(SerialDate::toDateTime(40269.5), QDateTime(QDate(2010, 4, 1), QTime(12, 0)));
+    EXPECT_EQ(SerialDate::toDateTime(0.75), QDateTime(QDate(1899, 12, 30), QTime(18, 0)));
+    EXPECT_EQ(SerialDate::fromDateTime(QDateTime(QDate(2010, 4, 1), QTime(6, 0))), 40269.25);
+    // Before day 0 the fraction still counts forward from midnight.
+    EXPECT_EQ(SerialDate::toDateTime(-1.25), QDateTime(QDate(1899, 12, 29), QTime(6, 0)));
+    EXPECT_EQ(SerialDate::fromDateTime(QDateTime(QDate(1899, 12, 29), QTime(6, 0))), -1.25);
+    // A time a hair before midnight rounds to the next day, not to 24:00.
+    EXPECT_EQ(SerialDate::toDateTime(40269.999999), QDateTime(QDate(2010, 4, 2), QTime(0, 0)));
+    const QDateTime odd(QDate(2024, 2, 29), QTime(13, 37, 59));
+    EXPECT_EQ(SerialDate::toDateTime(SerialDate::fromDateTime(odd)), odd);
+}
+
+TEST(SerialDateTest, ReadsTypedDatesInTheLocaleOrder)
+{
+    auto date = [](const char *text, const QLocale &l = nz) {
+        const auto dt = SerialDate::parse(text, l);
+        return dt ? dt->date() : QDate();
+    };
+    EXPECT_EQ(date("1/04/2010"), QDate(2010, 4, 1));
+    EXPECT_EQ(date(" 01-04-10 "), QDate(2010, 4, 1));
+    EXPECT_EQ(date("1.4.29"), QDate(2029, 4, 1));
+    EXPECT_EQ(date("1.4.30"), QDate(1930, 4, 1));
+    EXPECT_EQ(date("1 April 2010"), QDate(2010, 4, 1));
+    EXPECT_EQ(date("1-apr-2010"), QDate(2010, 4, 1));
+    EXPECT_EQ(date("2010-04-01"), QDate(2010, 4, 1));
+    EXPECT_EQ(date("4/1/2010", QLocale(QLocale::English, QLocale::UnitedStates)),
+              QDate(2010, 4, 1));
+    for (const char *bad :
+         {"abc", "", "31/02/2010", "1/13/2010", "1/04", "1/04/2010/5", "10:30", "1/04/201"}) {
+        SCOPED_TRACE(bad);
+        EXPECT_FALSE(SerialDate::parse(bad, nz).has_value());
+    }
+    EXPECT_EQ(SerialDate::parse("1/04/2010 10:30 pm", nz)->time(), QTime(22, 30));
+    EXPECT_EQ(SerialDate::parse("1/04/2010 12:05 AM", nz)->time(), QTime(0, 5));
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QSet>
+#include <QString>
+#include <QVariant>
+
+// Reads a data file the tools wrote, on a read-only connection of its own.
+// Failures throw CvError, which fails the test that asked.
+class BookQuery
+{
+public:
+    explicit BookQuery(const QString &path);
+    ~BookQuery();
+    BookQuery(const BookQuery &) = delete;
+    BookQuery &operator=(const BookQuery &) = delete;
+
+    QList<QVariantList> rows(const QString &sql) const;
+    // The first column of the first row; an invalid QVariant when no row.
+    QVariant value(const QString &sql) const;
+    qint64 count(const QString &sql) const { return value(sql).toLongLong(); }
+    QSet<qint64> keys(const QString &sql) const;
+    // A hash of every row of every table, in key order.
+    QByteArray digest() const;
+
+private:
+    QString m_connection;
+};
+
+// Runs one statement on a data file, for arranging a test.
+void execOnBook(const QString &path, const QString &sql);
