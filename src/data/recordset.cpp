@@ -196,6 +196,7 @@ void Recordset::load(const QString &source)
 
     // Edits address rows by rowid: the table's own key when the rows carry it,
     // else an extra hidden column.
+    m_d->updateTable = updateTable;
     if (!updateTable.isEmpty()) {
         const QString alias = s.table(updateTable, Source).rowidAlias;
         for (int i = 0; i < columns && !alias.isEmpty(); ++i) {
@@ -215,7 +216,6 @@ void Recordset::load(const QString &source)
             if (m_fields[i].autoNumber && m_d->updatable(m_fields[i]))
                 m_d->autoField = i;
         }
-        m_d->updateTable = updateTable;
     }
     m_width = m_d->rowidCell == columns ? columns + 1 : columns;
 
@@ -444,9 +444,7 @@ void Recordset::addNew()
                              "+ 1")
                   .arg(JetSql::quoteIdentifier(m_d->updateTable)),
               {m_d->updateTable}, Source);
-        const bool n = q.next();
-        qWarning("next %d %s %s", n, qPrintable(q.value(0).toString()), qPrintable(q.lastQuery()));
-        if (n)
+        if (q.next())
             m_buffer[m_d->autoField] = q.value(0);
         m_changed[m_d->autoField] = true;
     }
@@ -551,6 +549,9 @@ void Recordset::update()
         row[m_d->rowidCell] = rowid;
         m_cells.insert(m_cells.end(), row.begin(), row.end());
         m_deleted.push_back(false);
+        // The new row goes at the end; a position past the end stays there.
+        if (m_pos >= m_rows)
+            m_pos = m_rows + 1;
         ++m_rows;
         m_lastModified = m_rows - 1;
         m_lastInsertId = rowid;

@@ -188,9 +188,9 @@ TEST(DatabaseTest, AnotherWriterMakesUsWaitThenFailCleanly)
     EXPECT_THROW(waiter.beginTransaction(), CvError);
     EXPECT_FALSE(waiter.inTransaction());
     // Readers still see the last committed rows meanwhile.
-    EXPECT_EQ(count(waiter, "SELECT * FROM Banks WHERE BanksID >= 20"), 0);
+    EXPECT_EQ(count(waiter, "SELECT * FROM Banks WHERE BanksID BETWEEN 20 AND 30"), 0);
 
     holder.commit();
     waiter.execute("INSERT INTO Banks VALUES (21, \"Waiter\", 0)");
-    EXPECT_EQ(count(holder, "SELECT * FROM Banks WHERE BanksID >= 20"), 2);
+    EXPECT_EQ(count(holder, "SELECT * FROM Banks WHERE BanksID BETWEEN 20 AND 30"), 2);
 }

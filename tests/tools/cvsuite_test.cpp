@@ -7,18 +7,18 @@
 
 namespace {
 
-struct Run
+struct ToolRun
 {
     int exitCode = -1;
     QString out;
     QString err;
 };
 
-Run cvsuite(const QStringList &args)
+ToolRun cvsuite(const QStringList &args)
 {
     QProcess p;
     p.start(CVSUITE_EXE, args);
-    Run r;
+    ToolRun r;
     if (!p.waitForFinished(60000) || p.exitStatus() != QProcess::NormalExit)
         return r;
     r.exitCode = p.exitCode();
@@ -46,7 +46,7 @@ TEST(CvSuiteTool, UsageErrorsPrintUsageAndExitTwo)
         {"demo", dir.path(), "--overwrite"},
     };
     for (const QStringList &args : wrong) {
-        const Run r = cvsuite(args);
+        const ToolRun r = cvsuite(args);
         EXPECT_EQ(r.exitCode, 2) << args.join(' ').toStdString();
         EXPECT_TRUE(r.err.contains("Usage: cvsuite")) << args.join(' ').toStdString();
     }
@@ -58,7 +58,7 @@ TEST(CvSuiteTool, NeverOverwritesDataWithoutForce)
 {
     QTemporaryDir dir;
     const QString farm = SuiteFiles::farmPath(dir.path());
-    Run r = cvsuite({"init", dir.path()});
+    ToolRun r = cvsuite({"init", dir.path()});
     ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
     EXPECT_TRUE(r.out.contains(farm));
     execOnBook(farm, "INSERT INTO Addresses (BusName) VALUES ('Kept')");
@@ -83,7 +83,7 @@ TEST(CvSuiteTool, NeverOverwritesDataWithoutForce)
 TEST(CvSuiteTool, BulkReportsWhatItMade)
 {
     QTemporaryDir dir;
-    const Run r = cvsuite(
+    const ToolRun r = cvsuite(
         {"bulk", dir.path(), "--addresses", "1200", "--employees=300", "--notes-bytes", "4096"});
     ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
     EXPECT_TRUE(r.out.contains("Addresses 1,200")) << r.out.toStdString();

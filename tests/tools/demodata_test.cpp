@@ -59,8 +59,7 @@ TEST_F(DemoBooks, EntriesCoverEveryDeleteCase)
     const QSet<qint64> employees = wage.keys("SELECT AddressID FROM Employees");
     const QSet<qint64> all = farm.keys("SELECT AddressID FROM Addresses");
 
-    EXPECT_TRUE(withTransactions.contains(withWages)) << "no entry has both";
-    EXPECT_FALSE(QSet(withWages).intersect(withTransactions).isEmpty());
+    EXPECT_FALSE(QSet(withWages).intersect(withTransactions).isEmpty()) << "no entry has both";
     EXPECT_FALSE(QSet(withWages).subtract(withTransactions).isEmpty());
     EXPECT_FALSE(QSet(withTransactions).subtract(withWages).subtract(employees).isEmpty());
     EXPECT_FALSE(QSet(employees).subtract(withWages).intersect(withTransactions).isEmpty())
