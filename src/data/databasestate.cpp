@@ -41,10 +41,11 @@ void DatabaseState::fail(const QSqlError &error, const char *source)
     int code = error.nativeErrorCode().toInt();
     if (code == 0 && handle)
         code = sqlite3_errcode(handle);
-    QString message = error.databaseText();
-    if (message.isEmpty())
-        message = error.text();
+    fail(code, error.databaseText().isEmpty() ? error.text() : error.databaseText(), source);
+}
 
+void DatabaseState::fail(int code, const QString &message, const char *source)
+{
     // A transaction left open would silently swallow every later write.
     if (handle && !sqlite3_get_autocommit(handle)) {
         QSqlQuery rollback(db);

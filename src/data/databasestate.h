@@ -38,6 +38,8 @@ public:
     // Throws the failure as a CvError, first rolling back any transaction so that
     // the connection is in autocommit mode again.
     [[noreturn]] void fail(const QSqlError &error, const char *source);
+    // The same for an SQLite result code and message.
+    [[noreturn]] void fail(int code, const QString &message, const char *source);
 
     // Column types and keys by table, read once per table.
     const Table &table(const QString &name, const char *source);

@@ -10,7 +10,6 @@
 
 #include <QHash>
 #include <QSqlQuery>
-#include <QSqlResult>
 #include <sqlite3.h>
 
 namespace {
@@ -101,6 +100,35 @@ bool jetLike(QStringView text, QStringView pattern)
     return p == pattern.size();
 }
 
+// A prepared statement on the connection, finalized when it goes.
+struct Statement
+{
+    sqlite3_stmt *stmt = nullptr;
+
+    Statement(DatabaseState &s, const QString &sql) { prepare(s, sql); }
+    ~Statement() { sqlite3_finalize(stmt); }
+    Statement(const Statement &) = delete;
+    Statement &operator=(const Statement &) = delete;
+
+    void prepare(DatabaseState &s, const QString &sql)
+    {
+        sqlite3_finalize(stmt);
+        stmt = nullptr;
+        const int rc =
+            sqlite3_prepare16_v2(s.handle, sql.utf16(), int(sql.size() * 2), &stmt, nullptr);
+        if (rc != SQLITE_OK)
+            fail(s, rc);
+    }
+
+    [[noreturn]] void fail(DatabaseState &s, int rc)
+    {
+        const QString message = QString::fromUtf8(sqlite3_errmsg(s.handle));
+        sqlite3_finalize(stmt); // releases the read lock before any rollback
+        stmt = nullptr;
+        s.fail(rc, message, Source);
+    }
+};
+
 } // namespace
 
 struct Recordset::Private
@@ -108,7 +136,6 @@ struct Recordset::Private
     QString updateTable; // empty: read-only
     int rowidCell = -1;  // the cell of each row holding its rowid
     int autoField = -1;  // the update table's AutoNumber among the fields
-    QHash<QString, int> byName;
     // Equality lookups of findFirst on one integer field, built on first use.
     int indexedField = -1;
     QHash<qint64, int> index;
@@ -168,29 +195,19 @@ void Recordset::load(const QString &source)
     if (m_kind == Snapshot)
         updateTable.clear();
 
-    QSqlQuery q = s.query();
-    s.prepare(q, sql, Source);
-    auto statement = [&]() -> sqlite3_stmt * {
-        const QVariant h = q.result()->handle();
-        return qstrcmp(h.typeName(), "sqlite3_stmt*") == 0
-                   ? *static_cast<sqlite3_stmt *const *>(h.constData())
-                   : nullptr;
-    };
-    sqlite3_stmt *stmt = statement();
-    if (!stmt)
-        throw CvError(CvError::SqlError, Source, QStringLiteral("No statement for: ") + sql);
-
-    const int columns = sqlite3_column_count(stmt);
+    // Rows are read straight from SQLite's statement: Qt's result cache would
+    // copy every value once more, and name lists run to 100,000 rows.
+    Statement st(s, sql);
+    const int columns = sqlite3_column_count(st.stmt);
     m_fields.clear();
     m_fields.reserve(columns);
     for (int i = 0; i < columns; ++i) {
-        const QString name = text16(sqlite3_column_name16(stmt, i));
-        const void *table = sqlite3_column_table_name16(stmt, i);
-        const void *origin = sqlite3_column_origin_name16(stmt, i);
+        const void *table = sqlite3_column_table_name16(st.stmt, i);
+        const void *origin = sqlite3_column_origin_name16(st.stmt, i);
         FieldInfo f;
         if (table && origin)
             f = s.column(text16(table), text16(origin), Source);
-        f.name = name;
+        f.name = text16(sqlite3_column_name16(st.stmt, i));
         m_fields.push_back(f);
     }
 
@@ -207,9 +224,8 @@ void Recordset::load(const QString &source)
             }
         }
         if (m_d->rowidCell < 0) {
-            sql = sql.left(fromPos) + QStringLiteral(", %1._rowid_ ").arg(qualifier) +
-                  sql.mid(fromPos);
-            s.prepare(q, sql, Source);
+            st.prepare(s, sql.left(fromPos) + QStringLiteral(", %1._rowid_ ").arg(qualifier) +
+                              sql.mid(fromPos));
             m_d->rowidCell = columns;
         }
         for (int i = 0; i < columns; ++i) {
@@ -219,20 +235,37 @@ void Recordset::load(const QString &source)
     }
     m_width = m_d->rowidCell == columns ? columns + 1 : columns;
 
-    if (!q.exec())
-        s.fail(q.lastError(), Source);
-    while (q.next()) {
+    for (;;) {
+        const int rc = sqlite3_step(st.stmt);
+        if (rc == SQLITE_DONE)
+            break;
+        if (rc != SQLITE_ROW)
+            st.fail(s, rc);
         for (int c = 0; c < m_width; ++c) {
-            QVariant v = q.value(c);
-            if (v.isNull())
-                v = QVariant(); // one kind of Null, whatever the driver's type
-            m_cells.push_back(std::move(v));
+            switch (sqlite3_column_type(st.stmt, c)) {
+            case SQLITE_INTEGER:
+                appendCell(qint64(sqlite3_column_int64(st.stmt, c)));
+                break;
+            case SQLITE_FLOAT:
+                appendCell(sqlite3_column_double(st.stmt, c));
+                break;
+            case SQLITE_TEXT: {
+                const void *p = sqlite3_column_text16(st.stmt, c);
+                appendCell(
+                    QString(static_cast<const QChar *>(p), sqlite3_column_bytes16(st.stmt, c) / 2));
+                break;
+            }
+            case SQLITE_BLOB:
+                appendCell(QByteArray(static_cast<const char *>(sqlite3_column_blob(st.stmt, c)),
+                                      sqlite3_column_bytes(st.stmt, c)));
+                break;
+            default:
+                appendCell();
+                break;
+            }
         }
         ++m_rows;
     }
-    if (q.lastError().isValid())
-        s.fail(q.lastError(), Source);
-    q.finish();
 
     m_deleted.assign(m_rows, false);
     m_pos = 0;
@@ -241,7 +274,7 @@ void Recordset::load(const QString &source)
         // Expressions take their type from their first value.
         if (f.isExpression()) {
             for (int r = 0; r < m_rows && f.type == JetType::Unknown; ++r) {
-                switch (m_cells[size_t(r) * m_width + i].metaType().id()) {
+                switch (cell(r, i).metaType().id()) {
                 case QMetaType::LongLong:
                     f.type = JetType::Long;
                     break;
@@ -256,20 +289,14 @@ void Recordset::load(const QString &source)
                 }
             }
         }
-        m_d->byName.insert(f.name.toCaseFolded(), i);
-        if (!f.isExpression()) {
-            const QString qualified = (f.table + u'.' + f.column).toCaseFolded();
-            if (!m_d->byName.contains(qualified))
-                m_d->byName.insert(qualified, i);
-        }
     }
 }
 
 void Recordset::close()
 {
     m_db.reset();
-    m_cells.clear();
-    m_cells.shrink_to_fit();
+    m_chunks.clear();
+    m_cellCount = 0;
     m_deleted.clear();
     m_rows = m_deletedCount = 0;
     m_pos = -1;
@@ -357,9 +384,31 @@ void Recordset::setBookmark(int bookmark)
     m_pos = bookmark;
 }
 
+namespace {
+constexpr int ChunkBits = 14;
+constexpr size_t ChunkSize = size_t(1) << ChunkBits;
+} // namespace
+
 const QVariant &Recordset::cell(int row, int column) const
 {
-    return m_cells[size_t(row) * m_width + column];
+    const size_t i = size_t(row) * m_width + column;
+    return m_chunks[i >> ChunkBits][i & (ChunkSize - 1)];
+}
+
+QVariant &Recordset::cellRef(int row, int column)
+{
+    const size_t i = size_t(row) * m_width + column;
+    return m_chunks[i >> ChunkBits][i & (ChunkSize - 1)];
+}
+
+template <typename... Args> void Recordset::appendCell(Args &&...args)
+{
+    if ((m_cellCount & (ChunkSize - 1)) == 0) {
+        m_chunks.emplace_back();
+        m_chunks.back().reserve(ChunkSize);
+    }
+    m_chunks.back().emplace_back(std::forward<Args>(args)...);
+    ++m_cellCount;
 }
 
 int Recordset::fieldCount() const
@@ -378,7 +427,23 @@ int Recordset::checkedIndex(int index) const
 
 int Recordset::fieldIndex(const QString &name) const
 {
-    return m_d->byName.value(name.toCaseFolded(), -1);
+    // Few fields, looked up once a row: a scan beats hashing a folded copy.
+    const int n = fieldCount();
+    for (int i = 0; i < n; ++i) {
+        if (m_fields[i].name.compare(name, Qt::CaseInsensitive) == 0)
+            return i;
+    }
+    const qsizetype dot = name.lastIndexOf(u'.');
+    if (dot > 0) {
+        const QStringView table = QStringView(name).left(dot);
+        const QStringView column = QStringView(name).mid(dot + 1);
+        for (int i = 0; i < n; ++i) {
+            if (m_fields[i].table.compare(table, Qt::CaseInsensitive) == 0 &&
+                m_fields[i].column.compare(column, Qt::CaseInsensitive) == 0)
+                return i;
+        }
+    }
+    return -1;
 }
 
 const FieldInfo &Recordset::field(int index) const
@@ -406,7 +471,16 @@ QVariant Recordset::storedValue(int index) const
 
 QVariant Recordset::value(int index) const
 {
-    return JetValue::fromStorage(storedValue(index), m_fields[index].type);
+    checkedIndex(index);
+    const QVariant &stored = m_editMode != EditNone ? m_buffer[index] : cell(currentRow(), index);
+    switch (m_fields[index].type) {
+    case JetType::Currency:
+    case JetType::DateTime:
+    case JetType::YesNo:
+        return JetValue::fromStorage(stored, m_fields[index].type);
+    default:
+        return stored;
+    }
 }
 
 QVariant Recordset::value(const QString &name) const
@@ -458,8 +532,9 @@ void Recordset::edit()
         throw CvError(CvError::NotUpdatable, Source,
                       QStringLiteral("Cannot update. Database or object is read-only."));
     const int row = currentRow();
-    m_buffer.assign(m_cells.begin() + qsizetype(row) * m_width,
-                    m_cells.begin() + qsizetype(row) * m_width + fieldCount());
+    m_buffer.resize(m_fields.size());
+    for (int i = 0; i < fieldCount(); ++i)
+        m_buffer[i] = cell(row, i);
     m_changed.assign(m_fields.size(), false);
     m_editMode = EditInProgress;
 }
@@ -547,7 +622,8 @@ void Recordset::update()
             }
         }
         row[m_d->rowidCell] = rowid;
-        m_cells.insert(m_cells.end(), row.begin(), row.end());
+        for (QVariant &v : row)
+            appendCell(std::move(v));
         m_deleted.push_back(false);
         // The new row goes at the end; a position past the end stays there.
         if (m_pos >= m_rows)
@@ -570,7 +646,7 @@ void Recordset::update()
                               QStringLiteral("Record is deleted: another program removed it."));
             for (int i = 0; i < fieldCount(); ++i) {
                 if (m_changed[i] && m_d->updatable(m_fields[i]))
-                    m_cells[size_t(rowIndex) * m_width + i] = m_buffer[i];
+                    cellRef(rowIndex, i) = m_buffer[i];
             }
         }
         m_lastModified = rowIndex;

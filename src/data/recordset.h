@@ -96,6 +96,8 @@ private:
     void load(const QString &source);
     int currentRow() const;
     const QVariant &cell(int row, int column) const;
+    QVariant &cellRef(int row, int column);
+    template <typename... Args> void appendCell(Args &&...args);
     int checkedIndex(int index) const;
     int skipDeleted(int row, int step) const;
     bool find(const QString &criterion, int from);
@@ -104,7 +106,10 @@ private:
     std::unique_ptr<Private> m_d;
     Kind m_kind = Dynaset;
     std::vector<FieldInfo> m_fields;
-    std::vector<QVariant> m_cells; // row-major, fields then the rowid
+    // The values, row by row (fields, then the rowid when it is hidden), in
+    // chunks so that growing never moves what was read.
+    std::vector<std::vector<QVariant>> m_chunks;
+    size_t m_cellCount = 0;
     std::vector<bool> m_deleted;
     int m_width = 0; // cells per row
     int m_rows = 0;  // rows read or added, deleted ones included

@@ -3,6 +3,7 @@
 #include "data/cverror.h"
 
 #include <QCryptographicHash>
+#include <QDate>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -70,6 +71,36 @@ QByteArray BookQuery::digest() const
         }
     }
     return hash.result().toHex();
+}
+
+QStringList BookQuery::contractBreaches() const
+{
+    const QDate zero(1899, 12, 30);
+    const QString earliest = QString::number(zero.daysTo(QDate(1900, 1, 1)));
+    const QString latest = QString::number(zero.daysTo(QDate(2100, 1, 1)));
+    QStringList out;
+    for (const QVariantList &table : rows("SELECT name FROM sqlite_master WHERE type = 'table' "
+                                          "AND name NOT LIKE 'sqlite%'")) {
+        const QString name = table.value(0).toString();
+        for (const QVariantList &column : rows("PRAGMA table_info(\"" + name + "\")")) {
+            const QString col = "\"" + column.value(1).toString() + "\"";
+            const QString type = column.value(2).toString().toUpper();
+            QString bad;
+            if (type == "CURRENCY")
+                bad = "typeof(" + col + ") NOT IN ('integer', 'null')";
+            else if (type == "YESNO")
+                bad = col + " NOT IN (-1, 0)";
+            else if (type == "DATETIME")
+                bad = "typeof(" + col + ") NOT IN ('integer', 'real', 'null') OR (" + col +
+                      " <> 0 AND " + col + " NOT BETWEEN " + earliest + " AND " + latest + ")";
+            else if (type.startsWith("TEXT") || type.startsWith("MEMO"))
+                bad = "typeof(" + col + ") NOT IN ('text', 'null')";
+            if (!bad.isEmpty() &&
+                value("SELECT COUNT(*) FROM \"" + name + "\" WHERE " + bad).toLongLong() > 0)
+                out << name + "." + column.value(1).toString();
+        }
+    }
+    return out;
 }
 
 void execOnBook(const QString &path, const QString &sql)

@@ -4,6 +4,7 @@
 #include <QList>
 #include <QSet>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
 // Reads a data file the tools wrote, on a read-only connection of its own.
@@ -23,6 +24,10 @@ public:
     QSet<qint64> keys(const QString &sql) const;
     // A hash of every row of every table, in key order.
     QByteArray digest() const;
+    // Columns whose values break the storage contract for their declared Jet
+    // type: money not an integer, yes/no not -1 or 0, a date not a serial
+    // number between 1900 and 2100 (or the zero date), text not text.
+    QStringList contractBreaches() const;
 
 private:
     QString m_connection;

@@ -3,6 +3,8 @@
 #include "suitefiles.h"
 
 #include <gtest/gtest.h>
+#include <QDir>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 namespace {
@@ -49,6 +51,30 @@ TEST(BulkBooks, MakesExactlyTheEntriesAndEmployeesAskedFor)
     EXPECT_EQ(wage.count("SELECT COUNT(*) FROM Employees WHERE KiwiSaverEnrolled = -1"),
               wage.count("SELECT COUNT(*) FROM EmployeeDeductions WHERE TaxName = 'KiwiSaver'"));
     EXPECT_EQ(farm.value("PRAGMA journal_mode").toString(), "delete");
+
+    EXPECT_EQ(farm.contractBreaches().join(", ").toStdString(), "");
+    EXPECT_EQ(wage.contractBreaches().join(", ").toStdString(), "");
+    // Every key points at a row that exists.
+    const QSet<qint64> addresses = farm.keys("SELECT AddressID FROM Addresses");
+    EXPECT_TRUE(addresses.contains(farm.keys("SELECT AddressID FROM Transactions")));
+    EXPECT_TRUE(farm.keys("SELECT \"Secondary Codes ID\" FROM \"Secondary Codes\"")
+                    .contains(farm.keys("SELECT HeadingAccount FROM Addresses "
+                                        "WHERE HeadingAccount IS NOT NULL")));
+    EXPECT_TRUE(
+        farm.keys("SELECT BanksID FROM Banks").contains(wage.keys("SELECT BankID FROM Employees")));
+    const QSet<qint64> employees = wage.keys("SELECT EmployeeID FROM Employees");
+    for (const char *table : {"Wages", "EmployeeDeductions", "EmployerContributions"})
+        EXPECT_TRUE(employees.contains(wage.keys(QString("SELECT EmployeeID FROM %1").arg(table))))
+            << table;
+    EXPECT_EQ(wage.count("SELECT COUNT(*) FROM EmployeeDeductions WHERE DeductID NOT IN "
+                         "(SELECT DeductNameID FROM DeductNames)"),
+              0);
+    EXPECT_EQ(wage.count("SELECT COUNT(*) FROM Employees WHERE EmployeeTypeID NOT IN "
+                         "(SELECT EmployeeTypeID FROM EmployeeAwardType) OR TaxTypeID NOT IN "
+                         "(SELECT TaxTypeID FROM TaxTypes) OR PayIntervalID NOT IN "
+                         "(SELECT PayIntervalID FROM PayInterval) OR IFNULL(KiwiSaverEnrolID, 6) "
+                         "NOT IN (SELECT KSEnrollTypeID FROM KiwiSaverEnrollType)"),
+              0);
 }
 
 TEST(BulkBooks, SameOptionsGiveTheSameRows)
@@ -77,4 +103,16 @@ TEST(BulkBooks, RefusesMoreEmployeesThanEntriesAndKeepsExistingFiles)
     EXPECT_THROW(SuiteFiles::bulkSuite(dir.path(), options(20, 0)), CvError);
     EXPECT_EQ(BookQuery(SuiteFiles::farmPath(dir.path())).count("SELECT COUNT(*) FROM Addresses"),
               10);
+}
+
+TEST(BulkBooks, AFailedBuildLeavesNoFilesBehind)
+{
+    QTemporaryDir dir;
+    // A folder where the wage file is built makes the build fail after the
+    // main data file has been started.
+    ASSERT_TRUE(QDir().mkpath(SuiteFiles::wagePath(dir.path()) + ".part"));
+    EXPECT_THROW(SuiteFiles::bulkSuite(dir.path(), options(50, 5)), CvError);
+    EXPECT_TRUE(SuiteFiles::existingDataFiles(dir.path()).isEmpty());
+    EXPECT_FALSE(QFileInfo::exists(SuiteFiles::farmPath(dir.path()) + ".part"));
+    EXPECT_FALSE(QFileInfo::exists(SuiteFiles::iniPath(dir.path())));
 }
