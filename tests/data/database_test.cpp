@@ -75,6 +75,15 @@ TEST(DatabaseTest, RefusesAReadOnlyFileEvenForRoot)
     EXPECT_TRUE(why.contains("read-only")) << why.toStdString();
     EXPECT_EQ(QDir(QFileInfo(path).absolutePath()).entryList(QDir::Files),
               QStringList({"Farm32.mdb", "Wage32.mdb"}));
+
+    // SQLite writes its journal beside the file, so the folder must be writable too.
+    const QString folder = QFileInfo(suite.wagePath()).absolutePath();
+    const auto folderPermissions = QFile::permissions(folder);
+    ASSERT_TRUE(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
+    EXPECT_EQ(openError(suite.wagePath(), &why), CvError::FileReadOnly);
+    EXPECT_TRUE(why.contains(folder)) << why.toStdString();
+    QFile::setPermissions(folder, folderPermissions);
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
 }
 
 TEST(DatabaseTest, ActionStatementsReportRowsAndFailWithTheDatabaseMessage)
