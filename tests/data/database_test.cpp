@@ -1,5 +1,5 @@
 #include "fixture.h"
-#include "qtprint.h"
+#include "support/qtprinters.h"
 
 #include "data/cverror.h"
 #include "data/database.h"

@@ -1,7 +1,7 @@
 // Every statement the module issues, as written in the module, run through the
 // translator against the real schema and a known set of rows.
 #include "fixture.h"
-#include "qtprint.h"
+#include "support/qtprinters.h"
 
 #include "data/database.h"
 #include "data/jetsql.h"

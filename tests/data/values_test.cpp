@@ -1,4 +1,4 @@
-#include "qtprint.h"
+#include "support/qtprinters.h"
 
 #include "data/money.h"
 #include "data/serialdate.h"
