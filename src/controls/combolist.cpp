@@ -1,0 +1,53 @@
+#include "controls/combolist.h"
+
+#include "data/cverror.h"
+
+void ComboList::clear()
+{
+    m_items.clear();
+    m_index = -1;
+    m_text.clear();
+    ++m_revision;
+}
+
+void ComboList::addItem(const QString &text, qint32 data)
+{
+    m_items.push_back({text, data});
+    ++m_revision;
+}
+
+void ComboList::setItemData(int index, qint32 data)
+{
+    if (index < 0 || index >= count())
+        throw CvError(CvError::InvalidProcedureCall, "ComboList",
+                      "Invalid procedure call or argument");
+    m_items[std::size_t(index)].data = data;
+    ++m_revision;
+}
+
+void ComboList::setListIndex(int index)
+{
+    if (index < -1 || index >= count())
+        throw CvError(CvError::InvalidProcedureCall, "ComboList",
+                      "Invalid procedure call or argument");
+    m_index = index;
+    if (index >= 0)
+        m_text = m_items[std::size_t(index)].text;
+    ++m_revision;
+}
+
+qint32 ComboList::currentData() const
+{
+    return m_index >= 0 ? m_items[std::size_t(m_index)].data : 0;
+}
+
+QString ComboList::text() const
+{
+    return m_index >= 0 ? m_items[std::size_t(m_index)].text : m_text;
+}
+
+void ComboList::setText(const QString &text)
+{
+    m_text = text;
+    ++m_revision;
+}

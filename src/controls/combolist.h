@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+#include <vector>
+
+// The state of one drop-down list as the window logic sees it: items with a
+// text and a 32-bit item data, the selected index and the list's text. Logic
+// fills and reads it; the view mirrors it in a QComboBox and resyncs whenever
+// revision() has moved on.
+struct ComboItem
+{
+    QString text;
+    qint32 data = 0;
+};
+
+class ComboList
+{
+public:
+    void clear();
+    void addItem(const QString &text, qint32 data = 0);
+    void setItemData(int index, qint32 data);
+
+    int count() const { return int(m_items.size()); }
+    const ComboItem &item(int index) const { return m_items.at(std::size_t(index)); }
+    qint32 itemData(int index) const { return item(index).data; }
+    const std::vector<ComboItem> &items() const { return m_items; }
+
+    // -1 when nothing is selected.
+    int listIndex() const { return m_index; }
+    void setListIndex(int index);
+    // The selected item's data; 0 when nothing is selected.
+    qint32 currentData() const;
+
+    // The text shown: the selected item's text, or whatever was set while
+    // nothing is selected (empty after clear()).
+    QString text() const;
+    void setText(const QString &text);
+
+    quint64 revision() const { return m_revision; }
+
+private:
+    std::vector<ComboItem> m_items;
+    int m_index = -1;
+    QString m_text;
+    quint64 m_revision = 0;
+};
