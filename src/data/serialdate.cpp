@@ -202,3 +202,16 @@ std::optional<QDateTime> SerialDate::parse(const QString &text, const QLocale &l
         return std::nullopt;
     return QDateTime(date, *time);
 }
+
+QString SerialDate::shortDateFormat(const QLocale &locale)
+{
+    QString format = locale.dateFormat(QLocale::ShortFormat);
+    if (!format.contains(QLatin1String("yyyy")))
+        format.replace(QLatin1String("yy"), QLatin1String("yyyy"));
+    return format;
+}
+
+QString SerialDate::toShortText(QDate date, const QLocale &locale)
+{
+    return locale.toString(date, shortDateFormat(locale));
+}

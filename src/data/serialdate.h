@@ -28,4 +28,9 @@ public:
     // abbreviations, ISO yyyy-mm-dd, optionally followed by a time (hh:mm[:ss],
     // with AM/PM). nullopt when it is not a valid date.
     static std::optional<QDateTime> parse(const QString &text, const QLocale &locale = QLocale());
+
+    // The locale's short date with a four-digit year: a two-digit birth year is
+    // a trap, and the suite has always shown four (en_NZ: 1/04/2010).
+    static QString shortDateFormat(const QLocale &locale = QLocale());
+    static QString toShortText(QDate date, const QLocale &locale = QLocale());
 };

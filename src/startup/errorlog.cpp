@@ -1,5 +1,6 @@
 #include "startup/errorlog.h"
 
+#include "data/serialdate.h"
 #include "startup/folders.h"
 
 #include <QDateTime>
@@ -17,9 +18,7 @@ bool g_logUsed = false;
 QString nowAsText()
 {
     const QLocale locale;
-    QString dateFormat = locale.dateFormat(QLocale::ShortFormat);
-    if (!dateFormat.contains(QLatin1String("yyyy")))
-        dateFormat.replace(QLatin1String("yy"), QLatin1String("yyyy"));
+    const QString dateFormat = SerialDate::shortDateFormat(locale);
     QString timeFormat = locale.timeFormat(QLocale::LongFormat);
     // Drop the time zone the long format adds (unquoted "t"), keep the rest.
     QString withoutZone;

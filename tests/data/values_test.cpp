@@ -109,4 +109,9 @@ TEST(SerialDateTest, ReadsTypedDatesInTheLocaleOrder)
     }
     EXPECT_EQ(SerialDate::parse("1/04/2010 10:30 pm", nz)->time(), QTime(22, 30));
     EXPECT_EQ(SerialDate::parse("1/04/2010 12:05 AM", nz)->time(), QTime(0, 5));
+
+    // Shown back with a four-digit year, and read again as the same day.
+    EXPECT_EQ(SerialDate::toShortText(QDate(2010, 4, 1), nz), "1/04/2010");
+    EXPECT_EQ(date(SerialDate::toShortText(QDate(1930, 4, 1), nz).toUtf8().constData()),
+              QDate(1930, 4, 1));
 }
