@@ -1,0 +1,315 @@
+#pragma once
+
+#include "controls/combolist.h"
+#include "startup/suitecolour.h"
+
+#include <array>
+#include <memory>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+class Database;
+class HelpOpener;
+class InputBoxService;
+class PayDetailsOpener;
+class WageTabHook;
+
+// The logic of the address book window (frmAddresses): which entries the name
+// list holds, which entry is shown, what is written back when the user moves
+// on, adding and deleting entries, notes and the cashbook heading. The view
+// (addressbook/ui) forwards the user's events to the event members below and
+// shows the state members; whenever the state may have changed, revision()
+// moves on and changed() is emitted once per event.
+//
+// Messages go through SuiteMessageBox (the installed MessageService); the
+// input box, the pay details dialog, the help viewer and the pay information
+// tab are reached through the interfaces set below, each optional.
+//
+// The text boxes of the first tab, by index, and the Addresses column each one
+// is bound to:
+//
+//   0 BusName           9 BusCity           18 BusBankAcName
+//   1 ContactTitle     10 BusState          19 BusBankAcbank
+//   2 ContactInitials  11 BusCountry        20 BusBankAcBranch
+//   3 contactFirstName 12 BusPostCode       21 BusBankAcNo
+//   4 ContactLastName  13 BusPhone          22 BusBankAcSuffix
+//   5 BusAddress1      14 BusFax            23 CustomerNumber
+//   6 BusAddress2      15 BusCellular       24 TaxNumber
+//   7 BusAddress3      16 ContactEmail
+//   8 BusPOBox         17 BusWeb
+//
+// The two check boxes are WageFlag ("Show in Wagebook") and BusinessFlag
+// ("Show in Cashbook"); the heading list holds HeadingAccount; the notes box
+// on the notes tab holds notes.
+class AddressBookLogic : public QObject
+{
+    Q_OBJECT
+public:
+    enum Field : int {
+        BusName = 0,
+        ContactTitle,
+        ContactInitials,
+        ContactFirstName,
+        ContactLastName,
+        BusAddress1,
+        BusAddress2,
+        BusAddress3,
+        BusPOBox,
+        BusCity,
+        BusState,
+        BusCountry,
+        BusPostCode,
+        BusPhone,
+        BusFax,
+        BusCellular,
+        ContactEmail,
+        BusWeb,
+        BusBankAcName,
+        BusBankAcBank,
+        BusBankAcBranch,
+        BusBankAcNo,
+        BusBankAcSuffix,
+        CustomerNumber,
+        TaxNumber,
+    };
+    static constexpr int FieldCount = 25;
+
+    enum Flag : int { WageFlag = 0, BusinessFlag = 1 };
+
+    // The country's layout of the four bank boxes (19 to 22). Their captions
+    // and maximum lengths are given by fieldCaption() and maxLength().
+    struct BankLayout
+    {
+        QString groupCaption = QStringLiteral("Bank"); // "BSB" in Australia
+        QString remark = QStringLiteral("Required for electronic payments ");
+        bool hyphenVisible = false; // the "-" between the bank and branch boxes
+        bool suffixVisible = true;
+        bool branchAsWideAsBank = false;
+    };
+
+    // Texts of the window besides the field captions.
+    struct Captions
+    {
+        QString showInCashbook;               // check box of BusinessFlag
+        QString showInWagebook;               // check box of WageFlag
+        QString cashbookHeading;              // label of the heading list
+        QString employeeSwitch;               // label of chk_employee
+        QString notesHint;                    // "Ctrl Enter for a new line"
+        QString mergeRemark;                  // the remark about Notepad files
+        QString add, remove, close, editPays; // button texts with their accelerators
+    };
+
+    explicit AddressBookLogic(QObject *parent = nullptr);
+    ~AddressBookLogic() override;
+
+    // Optional services; the logic does not own them. Without an input box an
+    // Add is answered with an empty name.
+    void setInputBox(InputBoxService *inputBox);
+    void setPayDetailsOpener(PayDetailsOpener *opener);
+    void setHelpOpener(HelpOpener *opener);
+    void setWageTab(WageTabHook *wageTab);
+
+    // ---- Events the view forwards -------------------------------------------
+
+    // Form_Load: opens both data files (kept until unload), reads the launch
+    // globals, sets captions, the bank layout, the help file and the heading
+    // list.
+    void load();
+    // Form_Activate: each time the window is shown; builds the name list and
+    // shows the entry.
+    void activate();
+    // cmbName click: the user picked the item at index.
+    void chooseName(int index);
+    // The letter strip's filter changed: a letter, or "*" for all.
+    void changeLetterFilter(const QString &letter);
+    // chk_employee click; checked is the box's new state.
+    void clickEmployeeSwitch(bool checked);
+    // Tab1 click: the user selected tab (the tab left is currentTab()).
+    void changeTab(int tab);
+    // Ctrl+Tab: the next tab, the first after the last.
+    void nextTab();
+    // A text box of the first tab changed by the user.
+    void editField(int field, const QString &text);
+    // Boxes 0 and 4 cannot be left empty: the view reports focus moves of
+    // every box; the logic puts the old text back where needed.
+    void focusInField(int field);
+    void focusOutField(int field);
+    void toggleFlag(Flag flag, bool on);
+    // cmbHeading: the user picked the item at index.
+    void chooseHeading(int index);
+    void editNotes(const QString &text);
+    void addEntry();       // cmdAdd
+    void deleteEntry();    // cmdDelete
+    void editPayDetails(); // cmdEditPays
+    void showHelp();       // F1
+    // Form_QueryUnload, then Form_Unload: the window is closing (cmdClose or
+    // the title bar). Saves, closes the data files; CurrentAddressID then
+    // holds the entry last shown.
+    void queryUnload();
+    void unload();
+
+    // ---- The window's procedures --------------------------------------------
+
+    // Rebuilds the name list and selects addressId (below 1: the entry that is
+    // selected now), else the first item; selecting shows the entry.
+    void FillNameList(bool currentOnly, qint32 &addressId, const QString &filter);
+    // Shows the entry selected in the name list (the first when none is).
+    void UpdateScreenDisplay();
+    // Empties the first tab; no entry is shown afterwards, so nothing is
+    // written back until the next one is.
+    void ClearScreen();
+    void EnableEditPays(bool wageFlag);
+    void LoadAddressNotes();
+    void SaveAddressNotes();
+    // Writes the first tab's fields back, then the chosen heading.
+    void SaveHeading();
+    // Saves the tab the user is on: first tab, notes or pay information.
+    void saveCurrentTab();
+
+    // The last word of a name: the text after the last blank among all
+    // characters but the final one; the whole name when there is none.
+    static QString lastWord(const QString &name);
+    // The Addresses column of a text box.
+    static QString columnName(int field);
+
+    // ---- State to show ------------------------------------------------------
+
+    bool isLoaded() const { return m_loaded; }
+    bool employeeMode() const { return m_employeeMode; }
+
+    QString field(int field) const;
+    bool flag(Flag flag) const;
+    // 0 when the box takes any length.
+    int maxLength(int field) const;
+    // Empty for the second and third street address lines, and for the
+    // branch and suffix in the Australian layout.
+    QString fieldCaption(int field) const;
+    QString taxNumberCaption() const;
+    const BankLayout &bankLayout() const { return m_bankLayout; }
+    const Captions &captions() const { return m_captions; }
+
+    const ComboList &nameList() const { return m_nameList; }
+    const ComboList &headingList() const { return m_headingList; }
+    QString notes() const { return m_notes; }
+
+    // "Addresses", ["Pay Information",] "Notes".
+    QStringList tabCaptions() const;
+    int currentTab() const { return m_currentTab; }
+    static constexpr int firstTab() { return 0; }
+    int payTab() const { return m_employeeMode ? 1 : -1; }
+    int notesTab() const { return m_employeeMode ? 2 : 1; }
+
+    bool editPaysEnabled() const { return m_editPaysEnabled; }
+    bool addDeleteVisible() const { return m_addDeleteVisible; }
+    bool payFrameVisible() const { return m_payFrameVisible; }
+    bool notesEnabled() const { return m_notesEnabled; }
+    bool letterStripEnabled() const { return m_letterStripEnabled; }
+    // The name list's LIKE pattern: "*" or a letter and "*".
+    QString filter() const { return m_filter; }
+
+    bool employeeSwitchVisible() const { return m_employeeMode; }
+    bool employeeSwitchChecked() const { return m_employeeSwitchChecked; }
+    QString employeeSwitchToolTip() const { return m_employeeSwitchToolTip; }
+
+    // The letter strip's colour, the colour-scheme entry "CvHeader".
+    SuiteColour headerColour() const { return m_headerColour; }
+    QString windowTitle() const;
+    QString helpFile() const { return m_helpFile; }
+    QString helpTopic() const { return m_helpTopic; }
+    bool helpOpen() const { return m_helpOpen; }
+
+    // True while records move: the view shows the hourglass.
+    bool busy() const { return m_busy; }
+
+    // The entry whose values are on the first tab, 0 when none is shown.
+    qint32 shownAddressId() const { return m_shownId; }
+    // Its Employees row in employee mode, 0 when it has none.
+    qint32 employeeId() const { return m_employeeId; }
+
+    // The window's open data files; null before load and after unload.
+    Database *farmDatabase() const { return m_farm.get(); }
+    Database *wageDatabase() const { return m_wage.get(); }
+
+    quint64 revision() const { return m_revision; }
+
+signals:
+    void changed();
+    void busyChanged(bool busy);
+    // After an Add, the focus goes to the address fields.
+    void focusFieldRequested(int field);
+
+private:
+    class Batch;
+    friend class Batch;
+
+    void touch();
+    Database &farm() const;
+    Database &wage() const;
+    void setBusy(bool busy);
+    void cmbNameClick();
+    void saveTab(int tab);
+    void prepareTab(int tab);
+    bool showRow(qint32 addressId);
+    void showHeading(const QVariant &headingAccount);
+    void leaveShownEntry();
+    void writePendingEdits();
+    void writeBoundFields();
+    bool boundFieldsChanged() const;
+    void saveHeadingChoice();
+    void fillHeadingList();
+    void setCaptions();
+    bool noWages(qint32 addressId);
+    bool noTransactions(qint32 addressId);
+
+    std::unique_ptr<Database> m_farm;
+    std::unique_ptr<Database> m_wage;
+    InputBoxService *m_inputBox = nullptr;
+    PayDetailsOpener *m_payOpener = nullptr;
+    HelpOpener *m_helpOpener = nullptr;
+    WageTabHook *m_wageTab = nullptr;
+
+    bool m_loaded = false;
+    bool m_employeeMode = false;
+
+    // The shown row: its values as read, and as the user has them now.
+    qint32 m_shownId = 0;
+    qint32 m_employeeId = 0;
+    std::array<QString, FieldCount> m_fields;
+    std::array<QString, FieldCount> m_storedFields;
+    // Values the column refused: reported once, kept on screen, not retried
+    // until the user edits them.
+    std::array<bool, FieldCount> m_refused{};
+    bool m_flags[2] = {false, false};
+    bool m_storedFlags[2] = {false, false};
+    QString m_protectedText; // boxes 0 and 4: the text they had on focus in
+
+    ComboList m_nameList;
+    ComboList m_headingList;
+    bool m_headingChosen = false; // picked by the user since the entry was shown
+    QString m_notes;
+    QString m_filter = QStringLiteral("*");
+
+    int m_currentTab = 0;
+    bool m_editPaysEnabled = false;
+    bool m_addDeleteVisible = true;
+    bool m_payFrameVisible = false;
+    bool m_notesEnabled = false;
+    bool m_letterStripEnabled = true;
+    bool m_employeeSwitchChecked = false;
+    QString m_employeeSwitchToolTip;
+
+    BankLayout m_bankLayout;
+    Captions m_captions;
+    QString m_taxNumberCaption;
+    int m_branchMaxLength = 4;
+    SuiteColour m_headerColour;
+    QString m_helpFile;
+    QString m_helpTopic;
+    bool m_helpOpen = false;
+    bool m_busy = false;
+
+    quint64 m_revision = 0;
+    int m_batchDepth = 0;
+    bool m_batchDirty = false;
+};

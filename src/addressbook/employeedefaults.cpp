@@ -1,0 +1,72 @@
+#include "addressbook/employeedefaults.h"
+
+#include "data/cverror.h"
+#include "data/database.h"
+#include "data/recordset.h"
+#include "startup/errorreport.h"
+#include "startup/suiteconfig.h"
+
+namespace {
+
+// The new row becomes the current one, as after a move to the last modified.
+void addSeedRow(Recordset &rs, std::initializer_list<std::pair<const char *, QVariant>> values)
+{
+    rs.addNew();
+    for (const auto &[column, value] : values)
+        rs.setValue(QString::fromLatin1(column), value);
+    rs.update();
+    rs.setBookmark(rs.lastModified());
+}
+
+} // namespace
+
+qint32 DefaultEmployeeTypeID(Database &wage)
+{
+    try {
+        Recordset rs(wage, QStringLiteral("EmployeeAwardType"));
+        if (rs.eof())
+            addSeedRow(rs, {{"EmployeeType", QStringLiteral("Shearer")},
+                            {"Unitofpay", QStringLiteral("Head")}});
+        return qint32(rs.value(QStringLiteral("EmployeetypeID")).toLongLong());
+    } catch (const CvError &e) {
+        showErrorReport(e, QStringLiteral(") was generated in DefaultEmployeeTypeID"));
+        return 0;
+    }
+}
+
+qint32 DefaultTaxTypeID(Database &wage)
+{
+    return DefaultTaxTypeID(wage, countryCode());
+}
+
+qint32 DefaultTaxTypeID(Database &wage, qint32 country)
+{
+    try {
+        Recordset rs(wage, "select top 1 taxtypeid, Taxname, Order from TaxTypes where "
+                           "CountryPhone = " +
+                               QString::number(country) +
+                               " or CountryPhone=0 order by taxTypes.order");
+        if (rs.eof())
+            addSeedRow(rs, {{"TaxName", QStringLiteral("General")}, {"Order", 0}});
+        return qint32(rs.value(QStringLiteral("TaxTypeID")).toLongLong());
+    } catch (const CvError &e) {
+        showErrorReport(e, QStringLiteral(") was generated in DefaultTaxTypeID"));
+        return 0;
+    }
+}
+
+qint32 DefaultPayIntervalID(Database &wage)
+{
+    try {
+        Recordset rs(wage, QStringLiteral("PayInterval"));
+        if (rs.eof())
+            addSeedRow(rs, {{"IntervalName", QStringLiteral("Weekly")},
+                            {"NumberOfDays", 7},
+                            {"PaysPerYear", 52.14},
+                            {"Order", 1}});
+        return qint32(rs.value(QStringLiteral("PayIntervalID")).toLongLong());
+    } catch (const CvError &e) {
+        showErrorReport(e, QStringLiteral(") was generated in DefaultPayIntervalID"));
+        return 0;
+    }
+}

@@ -1,0 +1,174 @@
+#include "controls/filldaovbcombo.h"
+
+#include "controls/combolist.h"
+#include "data/cverror.h"
+#include "data/database.h"
+#include "data/money.h"
+#include "data/recordset.h"
+#include "data/serialdate.h"
+#include "startup/conversions.h"
+#include "startup/errorreport.h"
+#include "startup/messageservice.h"
+#include "startup/numerictext.h"
+#include "startup/settings.h"
+
+#include <QDateTime>
+
+namespace {
+
+constexpr int InvalidUseOfNull = 94;
+const QLatin1String Source("FillDaoVBCombo");
+
+// A field's value as the list shows it: numbers plainly, yes/no as True/False.
+QString fieldText(const QVariant &value)
+{
+    switch (value.metaType().id()) {
+    case QMetaType::Bool:
+        return value.toBool() ? QStringLiteral("True") : QStringLiteral("False");
+    case QMetaType::Double:
+        return QString::number(value.toDouble(), 'g', 15);
+    default:
+        break;
+    }
+    if (value.metaType() == QMetaType::fromType<Money>())
+        return value.value<Money>().toPlainString();
+    return value.toString();
+}
+
+// A field's value as a number, for comparing and converting identifiers. Text must be
+// numeric; anything else is a type mismatch, as it is when the platform compares or
+// converts a variant.
+double numberOf(const QVariant &value)
+{
+    const QMetaType type = value.metaType();
+    if (type == QMetaType::fromType<Money>())
+        return double(value.value<Money>().scaled()) / double(Money::Scale);
+    if (type == QMetaType::fromType<QDateTime>())
+        return SerialDate::fromDateTime(value.toDateTime());
+    if (type == QMetaType::fromType<bool>())
+        return value.toBool() ? -1.0 : 0.0;
+    if (type == QMetaType::fromType<QString>()) {
+        if (const std::optional<double> number = numericValue(value.toString()))
+            return *number;
+        throw CvError(CvError::TypeMismatch, Source, QStringLiteral("Type mismatch"));
+    }
+    bool ok = false;
+    const double number = value.toDouble(&ok);
+    if (!ok)
+        throw CvError(CvError::TypeMismatch, Source, QStringLiteral("Type mismatch"));
+    return number;
+}
+
+// The identifier as item data: rounded half to even, and it must fit in 32 bits.
+qint32 identifierToInt32(const QVariant &value)
+{
+    if (value.isNull())
+        throw CvError(InvalidUseOfNull, Source, QStringLiteral("Invalid use of Null"));
+    if (value.metaType() == QMetaType::fromType<QString>())
+        return textToInt32(value.toString());
+    const std::optional<qint32> id = roundToInt32(numberOf(value));
+    if (!id)
+        throw CvError(CvError::Overflow, Source, QStringLiteral("Overflow"));
+    return *id;
+}
+
+// Null equals nothing.
+bool identifierEquals(const QVariant &value, qint32 id)
+{
+    return !value.isNull() && numberOf(value) == double(id);
+}
+
+} // namespace
+
+void FillDaoVBCombo(Database &db, ComboList &list, const QString &query, qint32 selectedId,
+                    bool addNone, QString noneText, bool matchZero, bool useItemData,
+                    bool leaveSelection)
+{
+    try {
+        Recordset rs(db, query, Recordset::Snapshot);
+        if (noneText.isEmpty())
+            noneText = QStringLiteral("None");
+        const int shownField = useItemData ? 1 : 0;
+
+        list.clear();
+        int selectIndex = 0;
+        if (addNone)
+            list.addItem(noneText, 0); // item data 0 whether or not item data is used
+
+        while (!rs.eof()) {
+            const QVariant shown = rs.value(shownField);
+            if (!shown.isNull()) {
+                const QVariant id = rs.value(0);
+                list.addItem(fieldText(shown));
+                const int added = list.count() - 1;
+                if (useItemData)
+                    list.setItemData(added, identifierToInt32(id));
+                if (selectedId != 0) {
+                    if (identifierEquals(id, selectedId))
+                        selectIndex = added;
+                } else if (matchZero && identifierEquals(id, 0)) {
+                    selectIndex = added;
+                }
+            }
+            rs.moveNext();
+        }
+
+        if (!leaveSelection && list.count() > 0 && list.listIndex() < 0)
+            list.setListIndex(selectIndex);
+    } catch (const CvError &error) {
+        showErrorReport(error, ErrorOrigin::FillDaoVBCombo);
+    }
+}
+
+QString GridColumn::displayText(const QVariant &value) const
+{
+    for (const GridValueItem &item : valueItems) {
+        if (item.value == value)
+            return item.displayName;
+    }
+    return fieldText(value);
+}
+
+GridColumn &GridColumns::column(int index)
+{
+    if (index < 0 || index >= count())
+        throw CvError(CvError::SubscriptOutOfRange, QStringLiteral("GridColumns"),
+                      QStringLiteral("Subscript out of range"));
+    return columns[std::size_t(index)];
+}
+
+const GridColumn &GridColumns::column(int index) const
+{
+    return const_cast<GridColumns *>(this)->column(index);
+}
+
+void setGridColumnCaptions(GridColumns &grid, const QVariantList &captions)
+{
+    for (qsizetype i = 0; i + 1 < captions.size(); ++i) {
+        if (!captions[i].isNull())
+            grid.column(int(i)).caption = fieldText(captions[i]);
+    }
+}
+
+void fillGridColumnValueList(GridColumns &grid, const QString &query, int column,
+                             const QString &databasePath, const QString &displayField,
+                             const QString &boundField, const QString &tableName,
+                             const GridValueListOptions &options)
+{
+    GridColumn &target = grid.column(column);
+    target.options = options;
+    target.valueItems.clear();
+    std::vector<GridValueItem> items;
+    try {
+        Database db(databasePath);
+        Recordset rs(db, query, Recordset::Snapshot);
+        for (; !rs.eof(); rs.moveNext())
+            items.push_back({rs.value(boundField), fieldText(rs.value(displayField))});
+    } catch (const CvError &) {
+        // An older data file lacks the table or a column the query names.
+        SuiteMessageBox("Database out of date, problem reading " + tableName, 0, FirmName(),
+                        QStringLiteral("An Error has Occurred"), QString(), 6, true);
+        return;
+    }
+    target.valueItems = std::move(items);
+}
