@@ -5,13 +5,13 @@
 #include "data/recordset.h"
 #include "suitefiles.h"
 
+#include <benchmark/benchmark.h>
+#include <map>
+#include <memory>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <benchmark/benchmark.h>
-#include <map>
-#include <memory>
 #include <sqlite3.h>
 #include <vector>
 

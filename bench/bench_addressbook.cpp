@@ -1,0 +1,219 @@
+// The address book window's logic on large books, each figure beside the raw
+// SQLite time of the same statements in the same run: building the name list
+// in both modes, showing another entry, and opening the window.
+#include "addressbook/addressbooklogic.h"
+#include "startup/addressglobals.h"
+#include "startup/messageservice.h"
+#include "suitefiles.h"
+
+#include <benchmark/benchmark.h>
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <sqlite3.h>
+#include <vector>
+
+namespace {
+
+// Benchmarks must not stop on a message box: report and answer.
+class QuietMessages : public MessageService
+{
+public:
+    qint16 show(const MessageRequest &request) override
+    {
+        std::fprintf(stderr, "message: %s\n", qPrintable(request.prompt));
+        return ResultOk;
+    }
+};
+
+// One bulk book per size (a fifth of the entries employees), made on first use.
+QString bookFor(int addresses)
+{
+    static std::map<int, std::unique_ptr<QTemporaryDir>> books;
+    auto &dir = books[addresses];
+    if (!dir) {
+        dir = std::make_unique<QTemporaryDir>();
+        SuiteFiles::bulkSuite(dir->path(), addresses, addresses / 5);
+    }
+    return dir->path();
+}
+
+void useBook(int addresses, qint16 mode)
+{
+    qputenv("CORVANE_SHARED_DOCUMENTS", bookFor(addresses).toUtf8());
+    AddressGlobals::LaunchMode = mode;
+    AddressGlobals::CurrentAddressID = 0;
+}
+
+// Steps every row of a statement, keeping the id and text as the list does.
+int rawList(sqlite3 *db, const char *sql, int idColumn = 0, int nameColumn = 1)
+{
+    sqlite3_stmt *stmt = nullptr;
+    sqlite3_prepare_v2(db, sql, -1, &stmt, nullptr);
+    std::vector<std::pair<int, QString>> items;
+    while (sqlite3_step(stmt) == SQLITE_ROW) {
+        const auto *text =
+            nameColumn >= 0 ? reinterpret_cast<const char *>(sqlite3_column_text(stmt, nameColumn))
+                            : "";
+        if (text)
+            items.emplace_back(sqlite3_column_int(stmt, idColumn), QString::fromUtf8(text));
+    }
+    sqlite3_finalize(stmt);
+    return int(items.size());
+}
+
+sqlite3 *openRaw(const QString &path)
+{
+    sqlite3 *db = nullptr;
+    sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE, nullptr);
+    return db;
+}
+
+// ---- Name list, address-book mode -----------------------------------------
+
+void BM_NameList_Book_Raw(benchmark::State &state, const char *like)
+{
+    sqlite3 *farm = openRaw(SuiteFiles::farmPath(bookFor(int(state.range(0)))));
+    const QByteArray sql =
+        QByteArray("SELECT AddressID, BusName FROM Addresses WHERE BusName LIKE '") + like +
+        "' ORDER BY BusName";
+    for (auto _ : state)
+        state.counters["items"] = rawList(farm, sql.constData());
+    sqlite3_close(farm);
+}
+
+void BM_NameList_Book_Logic(benchmark::State &state, const char *filter)
+{
+    useBook(int(state.range(0)), 0);
+    AddressBookLogic logic;
+    logic.load();
+    for (auto _ : state) {
+        qint32 none = 0;
+        logic.FillNameList(false, none, filter);
+        state.counters["items"] = logic.nameList().count();
+    }
+    logic.unload();
+}
+
+// ---- Name list, employee mode ---------------------------------------------
+
+void BM_NameList_Employees_Raw(benchmark::State &state, bool currentOnly)
+{
+    const QString dir = bookFor(int(state.range(0)));
+    sqlite3 *farm = openRaw(SuiteFiles::farmPath(dir));
+    sqlite3 *wage = openRaw(SuiteFiles::wagePath(dir));
+    for (auto _ : state) {
+        int items = rawList(farm, "SELECT AddressID, BusName FROM Addresses WHERE WageFlag = -1 "
+                                  "ORDER BY BusName");
+        if (currentOnly)
+            items = rawList(wage,
+                            "SELECT AddressID FROM Employees WHERE Datefinished IS NULL OR "
+                            "Datefinished = 0 ORDER BY AddressID",
+                            0, -1);
+        state.counters["items"] = items;
+    }
+    sqlite3_close(farm);
+    sqlite3_close(wage);
+}
+
+void BM_NameList_Employees_Logic(benchmark::State &state, bool currentOnly)
+{
+    useBook(int(state.range(0)), 1);
+    AddressBookLogic logic;
+    logic.load();
+    for (auto _ : state) {
+        qint32 none = 0;
+        logic.FillNameList(currentOnly, none, "*");
+        state.counters["items"] = logic.nameList().count();
+    }
+    logic.unload();
+}
+
+// ---- Showing another entry --------------------------------------------------
+
+void BM_ShowEntry_Raw(benchmark::State &state)
+{
+    sqlite3 *farm = openRaw(SuiteFiles::farmPath(bookFor(int(state.range(0)))));
+    sqlite3_stmt *stmt = nullptr;
+    sqlite3_prepare_v2(farm, "SELECT * FROM Addresses WHERE AddressID = ?", -1, &stmt, nullptr);
+    const int entries = int(state.range(0));
+    int id = 0;
+    for (auto _ : state) {
+        id = id % entries + 1;
+        sqlite3_bind_int(stmt, 1, id);
+        while (sqlite3_step(stmt) == SQLITE_ROW) {
+            for (int c = 0; c < sqlite3_column_count(stmt); ++c)
+                benchmark::DoNotOptimize(sqlite3_column_text(stmt, c));
+        }
+        sqlite3_reset(stmt);
+    }
+    sqlite3_finalize(stmt);
+    sqlite3_close(farm);
+}
+
+// A click in the name list: the tab is saved, then the entry shown.
+void BM_ShowEntry_Logic(benchmark::State &state)
+{
+    useBook(int(state.range(0)), 0);
+    AddressBookLogic logic;
+    logic.load();
+    logic.activate();
+    const int count = logic.nameList().count();
+    int index = 0;
+    for (auto _ : state) {
+        index = (index + 7919) % count;
+        logic.chooseName(index);
+    }
+    logic.unload();
+}
+
+// ---- Opening the window (load and first show) -------------------------------
+
+void BM_OpenWindow_Logic(benchmark::State &state)
+{
+    useBook(int(state.range(0)), 0);
+    for (auto _ : state) {
+        AddressBookLogic logic;
+        logic.load();
+        logic.activate();
+        benchmark::DoNotOptimize(logic.shownAddressId());
+        state.PauseTiming();
+        logic.unload();
+        state.ResumeTiming();
+    }
+}
+
+} // namespace
+
+BENCHMARK_CAPTURE(BM_NameList_Book_Raw, all, "%")->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_NameList_Book_Logic, all, "*")->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_NameList_Book_Raw, letter, "M%")->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_NameList_Book_Logic, letter, "M*")->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_NameList_Employees_Raw, all, false)
+    ->Arg(100000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_NameList_Employees_Logic, all, false)
+    ->Arg(100000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_NameList_Employees_Raw, current, true)
+    ->Arg(100000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_NameList_Employees_Logic, current, true)
+    ->Arg(100000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ShowEntry_Raw)->Arg(1000)->Arg(100000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_ShowEntry_Logic)->Arg(1000)->Arg(100000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_OpenWindow_Logic)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    QuietMessages messages;
+    setMessageService(&messages);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
