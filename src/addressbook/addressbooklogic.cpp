@@ -302,9 +302,16 @@ void AddressBookLogic::FillNameList(bool currentOnly, qint32 &addressId, const Q
 {
     Batch batch(*this);
     try {
-        Settings &settings = AddressGlobals::settings();
-        Database farm(settings.DatabaseName());
-        Database wage(settings.WageDataBase());
+        // The window keeps both files open for its lifetime; a fresh pair of
+        // connections per rebuild would cost more than the query on a small list.
+        std::unique_ptr<Database> ownFarm, ownWage;
+        if (!m_farm || !m_wage) {
+            Settings &settings = AddressGlobals::settings();
+            ownFarm = std::make_unique<Database>(settings.DatabaseName());
+            ownWage = std::make_unique<Database>(settings.WageDataBase());
+        }
+        Database &farm = m_farm ? *m_farm : *ownFarm;
+        Database &wage = m_wage ? *m_wage : *ownWage;
 
         qint32 reselect = -1;
         if (addressId >= 1)
@@ -322,6 +329,7 @@ void AddressBookLogic::FillNameList(bool currentOnly, qint32 &addressId, const Q
                 position = m_nameList.count() - 1;
         };
         const auto fillLoop = [&](Recordset &rs) {
+            m_nameList.reserve(rs.recordCount());
             for (; !rs.eof(); rs.moveNext())
                 add(rs.value(1), qint32(rs.value(0).toLongLong()));
         };

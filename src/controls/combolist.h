@@ -20,6 +20,7 @@ public:
     void clear();
     void addItem(const QString &text, qint32 data = 0);
     void setItemData(int index, qint32 data);
+    void reserve(int count) { m_items.reserve(std::size_t(count)); }
 
     int count() const { return int(m_items.size()); }
     const ComboItem &item(int index) const { return m_items.at(std::size_t(index)); }
