@@ -27,8 +27,15 @@ namespace {
 constexpr int CannotCreateObject = 429;
 
 std::unique_ptr<Settings> s_settings;
-AddressWindowFactory s_windowFactory;
 std::unique_ptr<AddressWindow> s_mainWindow;
+
+// Made on first use: the public library registers its window while it is being loaded,
+// which may come before this file's own static objects are constructed.
+AddressWindowFactory &windowFactory()
+{
+    static AddressWindowFactory factory;
+    return factory;
+}
 
 // A window must go before the application object does; the post routines run first thing
 // in the application's destructor.
@@ -53,11 +60,11 @@ Settings &settings()
 
 void setWindowFactory(AddressWindowFactory factory)
 {
-    s_windowFactory = std::move(factory);
+    windowFactory() = std::move(factory);
 }
 bool hasWindowFactory()
 {
-    return bool(s_windowFactory);
+    return bool(windowFactory());
 }
 bool hasMainWindow()
 {
@@ -67,10 +74,10 @@ bool hasMainWindow()
 AddressWindow &mainWindow()
 {
     if (!s_mainWindow) {
-        if (!s_windowFactory)
+        if (!windowFactory())
             throw CvError(CannotCreateObject, "AddressGlobals",
                           "The address book window is not available in this build");
-        s_mainWindow = s_windowFactory();
+        s_mainWindow = windowFactory()();
         if (!s_mainWindow)
             throw CvError(CannotCreateObject, "AddressGlobals",
                           "The address book window could not be created");
@@ -91,7 +98,7 @@ void releaseMainWindow()
 void reset()
 {
     releaseMainWindow();
-    s_windowFactory = nullptr;
+    windowFactory() = nullptr;
     s_settings.reset();
     LaunchMode = 0;
     CurrentAddressID = 0;
