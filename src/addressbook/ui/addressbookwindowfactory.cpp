@@ -1,0 +1,9 @@
+#include "addressbook/ui/addressbookwindowfactory.h"
+
+#include "addressbook/ui/addressbookwindow.h"
+#include "startup/addressglobals.h"
+
+void registerAddressBookWindow()
+{
+    AddressGlobals::setWindowFactory([] { return std::make_unique<AddressBookWindow>(); });
+}

@@ -1,0 +1,689 @@
+#include "addressbook/ui/frmaddresses.h"
+
+#include "controls/alphalistproperties.h"
+#include "controls/ui/alphalist.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QFrame>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSpacerItem>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+using Logic = AddressBookLogic;
+
+constexpr int kDefaultWidth = 820;
+constexpr int kDefaultHeight = 600;
+// The name list lines up with the letter strip above it (27 cells of 18
+// pixels and the border).
+constexpr int kStripWidth = 490;
+// Limited boxes are sized to their limit; longer or unlimited ones start at
+// this many characters and grow with the window.
+constexpr int kWideFieldChars = 25;
+
+// The columns of the first tab, top to bottom; the bank boxes have a group of
+// their own.
+constexpr int kLeftColumn[] = {
+    Logic::BusName,         Logic::ContactTitle, Logic::ContactInitials, Logic::ContactFirstName,
+    Logic::ContactLastName, Logic::BusAddress1,  Logic::BusAddress2,     Logic::BusAddress3,
+    Logic::BusPOBox,        Logic::BusCity,      Logic::BusState,        Logic::BusCountry,
+    Logic::BusPostCode,
+};
+constexpr int kRightColumn[] = {
+    Logic::BusPhone, Logic::BusFax,         Logic::BusCellular, Logic::ContactEmail,
+    Logic::BusWeb,   Logic::CustomerNumber, Logic::TaxNumber,
+};
+constexpr int kBankBoxes[] = {
+    Logic::BusBankAcBank,
+    Logic::BusBankAcBranch,
+    Logic::BusBankAcNo,
+    Logic::BusBankAcSuffix,
+};
+
+// The width a line edit needs to show chars characters, frame included.
+int widthForChars(const QLineEdit *edit, int chars)
+{
+    const QFontMetrics fm = edit->fontMetrics();
+    // QLineEdit's size hint is seventeen "x" wide plus its frame and margins.
+    const int frame = edit->sizeHint().width() - 17 * fm.horizontalAdvance(QLatin1Char('x'));
+    // One character more leaves room for the cursor after the last one.
+    return frame + (chars + 1) * fm.horizontalAdvance(QLatin1Char('0'));
+}
+
+// The suite's text boxes keep CR LF line breaks; the editor works with LF.
+QString toEditorText(const QString &stored)
+{
+    QString text = stored;
+    return text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+}
+
+QString toStoredText(const QString &edited)
+{
+    QString text = edited;
+    return text.replace(u'\n', QLatin1String("\r\n"));
+}
+
+// A colour part as the platform's RGB takes it: above 255 counts as 255.
+qint32 colourPart(qint32 value)
+{
+    return qBound(0, value, 255);
+}
+
+QLabel *remarkLabel(const char *name, QWidget *parent)
+{
+    auto *label = new QLabel(parent);
+    label->setObjectName(name);
+    label->setForegroundRole(QPalette::PlaceholderText);
+    return label;
+}
+
+// Mirrors a ComboList in a non-editable combo box; the items are replaced
+// only when they differ, so a large name list is not rebuilt on every move.
+void mirrorCombo(QComboBox *combo, const ComboList &list)
+{
+    bool same = combo->count() == list.count();
+    for (int i = 0; same && i < list.count(); ++i) {
+        same = combo->itemText(i) == list.item(i).text &&
+               combo->itemData(i).toInt() == list.item(i).data;
+    }
+    if (!same) {
+        combo->clear();
+        for (const ComboItem &item : list.items())
+            combo->addItem(item.text, item.data);
+    }
+    combo->setCurrentIndex(list.listIndex());
+}
+
+} // namespace
+
+frmAddresses::frmAddresses(AddressBookLogic &logic, QWidget *parent)
+    : QWidget(parent), m_logic(logic)
+{
+    setObjectName("frmAddresses");
+    buildLayout();
+    setTabOrderChain();
+    // The window sees every key and focus change before its controls do.
+    for (QWidget *child : findChildren<QWidget *>())
+        child->installEventFilter(this);
+    connectLogic();
+    resize(kDefaultWidth, kDefaultHeight);
+    syncFromLogic();
+}
+
+frmAddresses::~frmAddresses()
+{
+    setWaitCursor(false);
+}
+
+// ---- Layout ----------------------------------------------------------------
+
+void frmAddresses::buildLayout()
+{
+    m_tabs = new QTabWidget(this);
+    m_tabs->setObjectName("Tab1");
+    // Ctrl+Tab changes tabs; Enter and Tab go straight from the name list to
+    // the fields.
+    m_tabs->tabBar()->setFocusPolicy(Qt::ClickFocus);
+    m_addressesPage = buildAddressesPage();
+    m_payPage = buildPayPage();
+    m_notesPage = buildNotesPage();
+    // All three pages from the start; the pay page leaves outside employee mode.
+    m_tabs->addTab(m_addressesPage, QString());
+    m_tabs->addTab(m_payPage, QString());
+    m_tabs->addTab(m_notesPage, QString());
+
+    auto *root = new QVBoxLayout(this);
+    root->setContentsMargins(12, 10, 12, 10);
+    root->setSpacing(8);
+    root->addWidget(buildTopArea());
+    root->addWidget(m_tabs, 1);
+    root->addWidget(buildButtonRow());
+}
+
+QWidget *frmAddresses::buildTopArea()
+{
+    auto *area = new QWidget(this);
+
+    m_letterStrip = new AlphaList(AlphaListProperties::addressBookFilter(), area);
+    m_letterStrip->setObjectName("AlphaListFilter");
+    // Both of the strip's gestures end in the same filter change.
+    const auto filterByLetter = [this] {
+        m_logic.changeLetterFilter(m_letterStrip->selectedLetter());
+    };
+    connect(m_letterStrip, &AlphaList::MouseUp, this, filterByLetter);
+    connect(m_letterStrip, &AlphaList::KeyUp, this, filterByLetter);
+
+    m_names = new QComboBox(area);
+    m_names->setObjectName("cmbName");
+    m_names->setEditable(false);
+    m_names->setFixedWidth(kStripWidth);
+    m_names->setMaxVisibleItems(20);
+
+    m_employeeSwitch = new QCheckBox(area);
+    m_employeeSwitch->setObjectName("chk_employee");
+    m_employeeSwitchLabel = new QLabel(area);
+    m_employeeSwitchLabel->setObjectName("lbl_chk_employee");
+
+    auto *nameRow = new QHBoxLayout;
+    nameRow->setSpacing(6);
+    nameRow->addWidget(m_names);
+    nameRow->addSpacing(18);
+    nameRow->addWidget(m_employeeSwitch);
+    nameRow->addWidget(m_employeeSwitchLabel);
+    nameRow->addStretch();
+
+    auto *layout = new QVBoxLayout(area);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(6);
+    layout->addWidget(m_letterStrip);
+    layout->addLayout(nameRow);
+    return area;
+}
+
+QLineEdit *frmAddresses::makeField(int field)
+{
+    auto *edit = new QLineEdit;
+    edit->setObjectName(QStringLiteral("txtFields_%1").arg(field));
+    m_fields[std::size_t(field)] = edit;
+    auto *label = new QLabel;
+    label->setObjectName(QStringLiteral("lblFields_%1").arg(field));
+    label->setBuddy(edit);
+    m_fieldLabels[std::size_t(field)] = label;
+    connect(edit, &QLineEdit::textEdited, this,
+            [this, field](const QString &text) { m_logic.editField(field, text); });
+    return edit;
+}
+
+QWidget *frmAddresses::buildAddressesPage()
+{
+    auto *page = new QWidget;
+    page->setObjectName("pageAddresses");
+
+    const auto makeForm = [] {
+        auto *form = new QFormLayout;
+        form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+        form->setRowWrapPolicy(QFormLayout::DontWrapRows);
+        form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+        form->setHorizontalSpacing(10);
+        form->setVerticalSpacing(5);
+        return form;
+    };
+
+    QFormLayout *left = makeForm();
+    for (int field : kLeftColumn) {
+        QLineEdit *edit = makeField(field);
+        left->addRow(m_fieldLabels[std::size_t(field)], edit);
+    }
+
+    QFormLayout *right = makeForm();
+    for (int field : kRightColumn) {
+        QLineEdit *edit = makeField(field);
+        right->addRow(m_fieldLabels[std::size_t(field)], edit);
+    }
+    m_headingLabel = new QLabel;
+    m_heading = new QComboBox;
+    m_heading->setObjectName("cmbHeading");
+    m_heading->setMaxVisibleItems(20);
+    m_headingLabel->setBuddy(m_heading);
+    right->addRow(m_headingLabel, m_heading);
+
+    m_cashbookFlag = new QCheckBox;
+    m_cashbookFlag->setObjectName("Check3");
+    m_wagebookFlag = new QCheckBox;
+    m_wagebookFlag->setObjectName("Check2");
+    auto *flags = new QHBoxLayout;
+    flags->setSpacing(20);
+    flags->addWidget(m_cashbookFlag);
+    flags->addWidget(m_wagebookFlag);
+    flags->addStretch();
+    right->addRow(QString(), flags);
+
+    auto *rightColumn = new QVBoxLayout;
+    rightColumn->setSpacing(10);
+    rightColumn->addLayout(right);
+    rightColumn->addWidget(buildBankGroup());
+    rightColumn->addStretch();
+
+    auto *leftColumn = new QVBoxLayout;
+    leftColumn->addLayout(left);
+    leftColumn->addStretch();
+
+    auto *columns = new QHBoxLayout(page);
+    columns->setContentsMargins(12, 12, 12, 8);
+    columns->setSpacing(24);
+    // The left column keeps its boxes' width; the right one takes the rest.
+    columns->addLayout(leftColumn, 0);
+    columns->addLayout(rightColumn, 1);
+
+    connect(m_heading, &QComboBox::activated, this,
+            [this](int index) { m_logic.chooseHeading(index); });
+    connect(m_cashbookFlag, &QCheckBox::clicked, this,
+            [this](bool on) { m_logic.toggleFlag(Logic::BusinessFlag, on); });
+    connect(m_wagebookFlag, &QCheckBox::clicked, this,
+            [this](bool on) { m_logic.toggleFlag(Logic::WageFlag, on); });
+    return page;
+}
+
+QGroupBox *frmAddresses::buildBankGroup()
+{
+    m_bankGroup = new QGroupBox;
+    m_bankGroup->setObjectName("fraBank");
+
+    auto *grid = new QGridLayout(m_bankGroup);
+    grid->setContentsMargins(10, 8, 10, 8);
+    grid->setHorizontalSpacing(8);
+    grid->setVerticalSpacing(3);
+
+    // Every caption of the group sits above its box: the account name on
+    // top, then the four boxes in a row.
+    QLineEdit *name = makeField(Logic::BusBankAcName);
+    m_bankHyphen = new QLabel(QStringLiteral("-"));
+    m_bankHyphen->setObjectName("lblHyphen");
+    m_bankHyphen->setAlignment(Qt::AlignCenter);
+
+    int column = 0;
+    for (int field : kBankBoxes) {
+        QLineEdit *box = makeField(field);
+        grid->addWidget(m_fieldLabels[std::size_t(field)], 2, column, Qt::AlignLeft);
+        grid->addWidget(box, 3, column, Qt::AlignLeft);
+        ++column;
+        if (field == Logic::BusBankAcBank)
+            grid->addWidget(m_bankHyphen, 3, column++);
+    }
+    grid->setColumnStretch(column, 1);
+    grid->addWidget(m_fieldLabels[Logic::BusBankAcName], 0, 0, 1, column + 1);
+    grid->addWidget(name, 1, 0, 1, column + 1);
+    grid->addItem(new QSpacerItem(0, 4), 4, 0);
+
+    m_bankRemark = remarkLabel("lblBankRemark", m_bankGroup);
+    grid->addWidget(m_bankRemark, 5, 0, 1, column + 1);
+    return m_bankGroup;
+}
+
+QWidget *frmAddresses::buildPayPage()
+{
+    auto *page = new QWidget;
+    page->setObjectName("pagePayInformation");
+
+    m_payFrame = new QFrame(page);
+    m_payFrame->setObjectName("Frame1");
+    m_editPays = new QPushButton(m_payFrame);
+    m_editPays->setObjectName("cmdEditPays");
+    connect(m_editPays, &QPushButton::clicked, this, [this] { m_logic.editPayDetails(); });
+
+    auto *frameLayout = new QVBoxLayout(m_payFrame);
+    frameLayout->setContentsMargins(0, 0, 0, 0);
+    auto *buttonRow = new QHBoxLayout;
+    buttonRow->addWidget(m_editPays);
+    buttonRow->addStretch();
+    frameLayout->addLayout(buttonRow);
+    frameLayout->addStretch();
+
+    auto *layout = new QVBoxLayout(page);
+    layout->setContentsMargins(12, 12, 12, 8);
+    layout->addWidget(m_payFrame);
+    return page;
+}
+
+QWidget *frmAddresses::buildNotesPage()
+{
+    auto *page = new QWidget;
+    page->setObjectName("pageNotes");
+
+    m_notesArea = new QFrame(page);
+    m_notesArea->setObjectName("vseNotes");
+    m_notes = new QPlainTextEdit(m_notesArea);
+    m_notes->setObjectName("txtNotes");
+    // Tab and Enter move on; Ctrl+Enter makes a new line.
+    m_notes->setTabChangesFocus(true);
+    m_notesHint = remarkLabel("lblCtrlEnter", m_notesArea);
+    m_notesHint->setAlignment(Qt::AlignRight);
+
+    auto *areaLayout = new QVBoxLayout(m_notesArea);
+    areaLayout->setContentsMargins(0, 0, 0, 0);
+    areaLayout->setSpacing(4);
+    areaLayout->addWidget(m_notes, 1);
+    areaLayout->addWidget(m_notesHint);
+
+    auto *layout = new QVBoxLayout(page);
+    layout->setContentsMargins(12, 12, 12, 8);
+    layout->addWidget(m_notesArea);
+
+    connect(m_notes, &QPlainTextEdit::textChanged, this, [this] {
+        if (!m_syncing)
+            m_logic.editNotes(toStoredText(m_notes->toPlainText()));
+    });
+    return page;
+}
+
+QWidget *frmAddresses::buildButtonRow()
+{
+    auto *row = new QWidget(this);
+    m_mergeRemark = remarkLabel("lblMergeRemark", row);
+    m_add = new QPushButton(row);
+    m_add->setObjectName("cmdAdd");
+    m_delete = new QPushButton(row);
+    m_delete->setObjectName("cmdDelete");
+    m_close = new QPushButton(row);
+    m_close->setObjectName("cmdClose");
+
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
+    layout->addWidget(m_mergeRemark);
+    layout->addStretch();
+    layout->addWidget(m_add);
+    layout->addWidget(m_delete);
+    layout->addSpacing(16);
+    layout->addWidget(m_close);
+
+    connect(m_add, &QPushButton::clicked, this, [this] { m_logic.addEntry(); });
+    connect(m_delete, &QPushButton::clicked, this, [this] { m_logic.deleteEntry(); });
+    connect(m_close, &QPushButton::clicked, this, &QWidget::close);
+    return row;
+}
+
+void frmAddresses::setTabOrderChain()
+{
+    // Down the left column, then down the right one and into the bank group.
+    std::vector<QWidget *> chain = {m_letterStrip, m_names, m_employeeSwitch};
+    for (int field : kLeftColumn)
+        chain.push_back(m_fields[std::size_t(field)]);
+    for (int field : kRightColumn)
+        chain.push_back(m_fields[std::size_t(field)]);
+    chain.insert(chain.end(),
+                 {m_heading, m_cashbookFlag, m_wagebookFlag, m_fields[Logic::BusBankAcName]});
+    for (int field : kBankBoxes)
+        chain.push_back(m_fields[std::size_t(field)]);
+    chain.insert(chain.end(), {m_editPays, m_notes, m_add, m_delete, m_close});
+    for (std::size_t i = 1; i < chain.size(); ++i)
+        setTabOrder(chain[i - 1], chain[i]);
+}
+
+// ---- Logic to widgets ------------------------------------------------------
+
+void frmAddresses::connectLogic()
+{
+    connect(&m_logic, &AddressBookLogic::changed, this, &frmAddresses::syncFromLogic);
+    connect(&m_logic, &AddressBookLogic::busyChanged, this, &frmAddresses::setWaitCursor);
+    connect(&m_logic, &AddressBookLogic::focusFieldRequested, this, [this](int field) {
+        if (field >= 0 && field < Logic::FieldCount)
+            m_fields[std::size_t(field)]->setFocus();
+    });
+
+    connect(m_names, &QComboBox::activated, this, [this](int index) { m_logic.chooseName(index); });
+    connect(m_employeeSwitch, &QCheckBox::clicked, this,
+            [this](bool checked) { m_logic.clickEmployeeSwitch(checked); });
+    connect(m_tabs, &QTabWidget::currentChanged, this, [this](int index) {
+        if (!m_syncing)
+            m_logic.changeTab(index);
+    });
+}
+
+void frmAddresses::syncFromLogic()
+{
+    // A widget that loses the focus while it is hidden here reports to the
+    // logic, which changes again: finish this pass, then run another.
+    if (m_syncing) {
+        m_resyncPending = true;
+        return;
+    }
+    do {
+        m_resyncPending = false;
+        m_syncing = true;
+        setWindowTitle(m_logic.windowTitle());
+        syncCaptions();
+        syncBankLayout();
+        syncTabs();
+        syncFields();
+        m_syncing = false;
+    } while (m_resyncPending);
+}
+
+void frmAddresses::syncCaptions()
+{
+    const AddressBookLogic::Captions &c = m_logic.captions();
+    for (int i = 0; i < Logic::FieldCount; ++i)
+        m_fieldLabels[std::size_t(i)]->setText(m_logic.fieldCaption(i));
+    m_cashbookFlag->setText(c.showInCashbook);
+    m_wagebookFlag->setText(c.showInWagebook);
+    m_headingLabel->setText(c.cashbookHeading);
+    m_employeeSwitchLabel->setText(c.employeeSwitch);
+    m_notesHint->setText(c.notesHint);
+    m_mergeRemark->setText(c.mergeRemark);
+    m_add->setText(c.add);
+    m_delete->setText(c.remove);
+    m_close->setText(c.close);
+    m_editPays->setText(c.editPays);
+}
+
+void frmAddresses::syncBankLayout()
+{
+    const AddressBookLogic::BankLayout &bank = m_logic.bankLayout();
+    m_bankGroup->setTitle(bank.groupCaption);
+    m_bankRemark->setText(bank.remark);
+    m_bankHyphen->setVisible(bank.hyphenVisible);
+    m_fields[Logic::BusBankAcSuffix]->setVisible(bank.suffixVisible);
+    m_fieldLabels[Logic::BusBankAcSuffix]->setVisible(bank.suffixVisible);
+
+    for (int i = 0; i < Logic::FieldCount; ++i) {
+        QLineEdit *edit = m_fields[std::size_t(i)];
+        const int limit = m_logic.maxLength(i);
+        edit->setMaxLength(limit > 0 ? limit : 32767);
+        if (limit > 0 && limit <= kWideFieldChars) {
+            edit->setFixedWidth(widthForChars(edit, limit));
+        } else {
+            edit->setMinimumWidth(widthForChars(edit, kWideFieldChars));
+            edit->setMaximumWidth(limit > 0 ? widthForChars(edit, limit) : QWIDGETSIZE_MAX);
+        }
+    }
+    // The small bank boxes are as wide as their captions, so that each sits
+    // squarely under its own.
+    int bankWidth = 0;
+    for (int field : kBankBoxes) {
+        QLineEdit *edit = m_fields[std::size_t(field)];
+        QLabel *caption = m_fieldLabels[std::size_t(field)];
+        const int width = qMax(widthForChars(edit, m_logic.maxLength(field)),
+                               caption->fontMetrics().horizontalAdvance(caption->text()));
+        edit->setFixedWidth(width);
+        if (field == Logic::BusBankAcBank)
+            bankWidth = width;
+    }
+    if (bank.branchAsWideAsBank)
+        m_fields[Logic::BusBankAcBranch]->setFixedWidth(bankWidth);
+}
+
+void frmAddresses::syncTabs()
+{
+    const QStringList captions = m_logic.tabCaptions();
+    const bool withPay = m_logic.payTab() >= 0;
+    const int payIndex = m_tabs->indexOf(m_payPage);
+    if (withPay && payIndex < 0)
+        m_tabs->insertTab(m_logic.payTab(), m_payPage, QString());
+    else if (!withPay && payIndex >= 0)
+        m_tabs->removeTab(payIndex);
+    for (int i = 0; i < m_tabs->count() && i < captions.size(); ++i)
+        m_tabs->setTabText(i, captions.at(i));
+    m_tabs->setCurrentIndex(m_logic.currentTab());
+
+    m_payFrame->setVisible(m_logic.payFrameVisible());
+    m_editPays->setEnabled(m_logic.editPaysEnabled());
+    m_notesArea->setEnabled(m_logic.notesEnabled());
+    m_add->setVisible(m_logic.addDeleteVisible());
+    m_delete->setVisible(m_logic.addDeleteVisible());
+}
+
+void frmAddresses::syncFields()
+{
+    if (m_logic.nameList().revision() != m_namesRevision) {
+        mirrorCombo(m_names, m_logic.nameList());
+        m_namesRevision = m_logic.nameList().revision();
+    }
+    if (m_logic.headingList().revision() != m_headingsRevision) {
+        mirrorCombo(m_heading, m_logic.headingList());
+        m_headingsRevision = m_logic.headingList().revision();
+    }
+
+    for (int i = 0; i < Logic::FieldCount; ++i) {
+        QLineEdit *edit = m_fields[std::size_t(i)];
+        const QString text = m_logic.field(i);
+        // Setting an equal text would move the cursor under the user's hands.
+        if (edit->text() != text)
+            edit->setText(text);
+    }
+    m_cashbookFlag->setChecked(m_logic.flag(Logic::BusinessFlag));
+    m_wagebookFlag->setChecked(m_logic.flag(Logic::WageFlag));
+
+    const QString notes = toEditorText(m_logic.notes());
+    if (m_notes->toPlainText() != notes)
+        m_notes->setPlainText(notes);
+
+    m_letterStrip->setEnabled(m_logic.letterStripEnabled());
+    const SuiteColour header = m_logic.headerColour();
+    const qint32 stripColour =
+        colourPart(header.red) | colourPart(header.green) << 8 | colourPart(header.blue) << 16;
+    // Each colour change redraws the strip: only a new colour is set.
+    if (stripColour != m_stripColour) {
+        m_letterStrip->setBackColor(stripColour);
+        m_stripColour = stripColour;
+    }
+    m_employeeSwitch->setVisible(m_logic.employeeSwitchVisible());
+    m_employeeSwitchLabel->setVisible(m_logic.employeeSwitchVisible());
+    m_employeeSwitch->setChecked(m_logic.employeeSwitchChecked());
+    m_employeeSwitch->setToolTip(m_logic.employeeSwitchToolTip());
+    m_employeeSwitchLabel->setToolTip(m_logic.employeeSwitchToolTip());
+}
+
+void frmAddresses::setWaitCursor(bool on)
+{
+    if (on == m_waitCursor)
+        return;
+    m_waitCursor = on;
+    if (on)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QApplication::restoreOverrideCursor();
+}
+
+// ---- Widgets to logic ------------------------------------------------------
+
+int frmAddresses::fieldIndexOf(const QObject *object) const
+{
+    for (int i = 0; i < Logic::FieldCount; ++i) {
+        if (m_fields[std::size_t(i)] == object)
+            return i;
+    }
+    return -1;
+}
+
+bool frmAddresses::eventFilter(QObject *watched, QEvent *event)
+{
+    // The combo boxes' pop-up lists are windows of their own: they keep their
+    // keys.
+    const auto *widget = qobject_cast<QWidget *>(watched);
+    if (!widget || widget->window() != this)
+        return QWidget::eventFilter(watched, event);
+
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        return handleKeyPress(watched, static_cast<QKeyEvent *>(event));
+    case QEvent::FocusIn:
+    case QEvent::FocusOut: {
+        const int field = fieldIndexOf(watched);
+        const auto reason = static_cast<QFocusEvent *>(event)->reason();
+        // A menu or another program taking the focus is not the user leaving
+        // the box.
+        if (field < 0 || reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason)
+            break;
+        if (event->type() == QEvent::FocusIn)
+            m_logic.focusInField(field);
+        else
+            m_logic.focusOutField(field);
+        break;
+    }
+    case QEvent::MouseButtonRelease:
+        // The switch's caption is a label of its own; clicking it clicks the box.
+        if (watched == m_employeeSwitchLabel && m_employeeSwitch->isEnabled())
+            m_employeeSwitch->click();
+        break;
+    default:
+        break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+bool frmAddresses::handleKeyPress(QObject *watched, QKeyEvent *event)
+{
+    const bool control = event->modifiers().testFlag(Qt::ControlModifier);
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (control) {
+            // Only the notes take a new line.
+            if (watched == m_notes)
+                m_notes->insertPlainText(QStringLiteral("\n"));
+            return true;
+        }
+        focusNextChild();
+        return true;
+    case Qt::Key_Tab:
+        if (!control)
+            return false;
+        leaveFocusedField();
+        m_logic.nextTab();
+        focusCurrentPage();
+        return true;
+    case Qt::Key_F1:
+        m_logic.showHelp();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void frmAddresses::leaveFocusedField()
+{
+    // Saving happens before the focus moves: let a protected box put its text
+    // back first.
+    const int field = fieldIndexOf(QApplication::focusWidget());
+    if (field >= 0)
+        m_logic.focusOutField(field);
+}
+
+void frmAddresses::focusCurrentPage()
+{
+    QWidget *page = m_tabs->currentWidget();
+    if (!page)
+        return;
+    for (QWidget *w = nextInFocusChain(); w && w != this; w = w->nextInFocusChain()) {
+        if (page->isAncestorOf(w) && w->isVisibleTo(page) && w->isEnabled() &&
+            (w->focusPolicy() & Qt::TabFocus)) {
+            w->setFocus(Qt::TabFocusReason);
+            return;
+        }
+    }
+}
+
+void frmAddresses::closeEvent(QCloseEvent *event)
+{
+    leaveFocusedField();
+    m_logic.queryUnload();
+    m_logic.unload();
+    setWaitCursor(false);
+    event->accept();
+    emit closed();
+}

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "addressbook/addressbooklogic.h"
+
+#include <array>
+#include <QWidget>
+
+class QCheckBox;
+class QComboBox;
+class QFrame;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+class QPushButton;
+class QTabWidget;
+class AlphaList;
+
+// The address book's main window. It shows what AddressBookLogic holds and
+// forwards the user's actions to it; every rule lives in the logic. Whenever
+// the logic's state changes, the widgets are brought in line with it, with
+// their signals blocked so that mirroring never reads as a user action.
+class frmAddresses : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit frmAddresses(AddressBookLogic &logic, QWidget *parent = nullptr);
+    ~frmAddresses() override;
+
+    AddressBookLogic &logic() const { return m_logic; }
+
+signals:
+    // The window has closed and the logic has unloaded.
+    void closed();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void buildLayout();
+    QWidget *buildTopArea();
+    QWidget *buildAddressesPage();
+    QGroupBox *buildBankGroup();
+    QWidget *buildPayPage();
+    QWidget *buildNotesPage();
+    QWidget *buildButtonRow();
+    QLineEdit *makeField(int field);
+    void setTabOrderChain();
+    void connectLogic();
+
+    void syncFromLogic();
+    void syncCaptions();
+    void syncFields();
+    void syncTabs();
+    void syncBankLayout();
+    void setWaitCursor(bool on);
+    void leaveFocusedField();
+    void focusCurrentPage();
+
+    bool handleKeyPress(QObject *watched, QKeyEvent *event);
+    int fieldIndexOf(const QObject *object) const;
+
+    AddressBookLogic &m_logic;
+    bool m_syncing = false;
+    bool m_resyncPending = false;
+    bool m_waitCursor = false;
+    qint32 m_stripColour = -1;
+    quint64 m_namesRevision = ~quint64(0);
+    quint64 m_headingsRevision = ~quint64(0);
+
+    AlphaList *m_letterStrip = nullptr;
+    QComboBox *m_names = nullptr;
+    QCheckBox *m_employeeSwitch = nullptr;
+    QLabel *m_employeeSwitchLabel = nullptr;
+
+    QTabWidget *m_tabs = nullptr;
+    QWidget *m_addressesPage = nullptr;
+    QWidget *m_payPage = nullptr;
+    QWidget *m_notesPage = nullptr;
+
+    std::array<QLineEdit *, AddressBookLogic::FieldCount> m_fields{};
+    std::array<QLabel *, AddressBookLogic::FieldCount> m_fieldLabels{};
+    QCheckBox *m_cashbookFlag = nullptr;
+    QCheckBox *m_wagebookFlag = nullptr;
+    QLabel *m_headingLabel = nullptr;
+    QComboBox *m_heading = nullptr;
+    QGroupBox *m_bankGroup = nullptr;
+    QLabel *m_bankHyphen = nullptr;
+    QLabel *m_bankRemark = nullptr;
+
+    QFrame *m_payFrame = nullptr;
+    QPushButton *m_editPays = nullptr;
+
+    QFrame *m_notesArea = nullptr;
+    QPlainTextEdit *m_notes = nullptr;
+    QLabel *m_notesHint = nullptr;
+
+    QLabel *m_mergeRemark = nullptr;
+    QPushButton *m_add = nullptr;
+    QPushButton *m_delete = nullptr;
+    QPushButton *m_close = nullptr;
+};
