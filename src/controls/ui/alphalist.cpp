@@ -98,6 +98,13 @@ void AlphaList::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     m_surface.paint(painter);
+    // The strip draws no disabled state of its own; a veil in the window's
+    // colour tells the user it does not take clicks (employee lists).
+    if (!isEnabled()) {
+        QColor veil = palette().color(QPalette::Window);
+        veil.setAlpha(150);
+        painter.fillRect(rect(), veil);
+    }
 }
 
 void AlphaList::resizeEvent(QResizeEvent *)
