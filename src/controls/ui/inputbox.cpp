@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int kMinimumWidth = 380;
+constexpr int kMinimumWidth = 420;
 
 } // namespace
 
@@ -45,7 +45,6 @@ QString InputBox::ask(const QString &prompt, const QString &title, const QString
     root->addWidget(answer);
     root->addSpacing(6);
     root->addWidget(buttons);
-    root->setSizeConstraint(QLayout::SetMinimumSize);
 
     answer->setFocus();
     // Cancel answers with an empty text, as the suite's input box does.
