@@ -2,6 +2,7 @@
 // SQLite time of the same statements in the same run: building the name list
 // in both modes, showing another entry, and opening the window.
 #include "addressbook/addressbooklogic.h"
+#include "benchbook.h"
 #include "startup/addressglobals.h"
 #include "startup/messageservice.h"
 #include "suitefiles.h"
@@ -16,29 +17,6 @@
 #include <vector>
 
 namespace {
-
-// Benchmarks must not stop on a message box: report and answer.
-class QuietMessages : public MessageService
-{
-public:
-    qint16 show(const MessageRequest &request) override
-    {
-        std::fprintf(stderr, "message: %s\n", qPrintable(request.prompt));
-        return ResultOk;
-    }
-};
-
-// One bulk book per size (a fifth of the entries employees), made on first use.
-QString bookFor(int addresses)
-{
-    static std::map<int, std::unique_ptr<QTemporaryDir>> books;
-    auto &dir = books[addresses];
-    if (!dir) {
-        dir = std::make_unique<QTemporaryDir>();
-        SuiteFiles::bulkSuite(dir->path(), addresses, addresses / 5);
-    }
-    return dir->path();
-}
 
 void useBook(int addresses, qint16 mode)
 {
@@ -189,8 +167,14 @@ void BM_OpenWindow_Logic(benchmark::State &state)
 
 BENCHMARK_CAPTURE(BM_NameList_Book_Raw, all, "%")->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_NameList_Book_Logic, all, "*")->Arg(100000)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(BM_NameList_Book_Raw, letter, "M%")->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(BM_NameList_Book_Logic, letter, "M*")->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_NameList_Book_Raw, letter, "M%")
+    ->Arg(1000)
+    ->Arg(100000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_NameList_Book_Logic, letter, "M*")
+    ->Arg(1000)
+    ->Arg(100000)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_NameList_Employees_Raw, all, false)
     ->Arg(100000)
     ->Unit(benchmark::kMillisecond);

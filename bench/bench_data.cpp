@@ -1,6 +1,7 @@
 // The data layer against raw SQLite on the same work: opening a data file and
 // reading the address book's name list through the Jet translator and a
 // Recordset, beside the same query through the SQLite C API.
+#include "benchbook.h"
 #include "data/database.h"
 #include "data/recordset.h"
 #include "suitefiles.h"
@@ -17,18 +18,6 @@
 
 namespace {
 
-// One bulk book per size, made on first use and kept for the run.
-QString bookFor(int addresses)
-{
-    static std::map<int, std::unique_ptr<QTemporaryDir>> books;
-    auto &dir = books[addresses];
-    if (!dir) {
-        dir = std::make_unique<QTemporaryDir>();
-        SuiteFiles::bulkSuite(dir->path(), addresses, addresses / 5);
-    }
-    return SuiteFiles::farmPath(dir->path());
-}
-
 const char *kJetNameList = "SELECT DISTINCTROW Addresses.AddressID, Addresses.BusName "
                            "FROM Addresses WHERE Addresses.busname LIKE \"*\" "
                            "ORDER BY Addresses.busname;";
@@ -43,7 +32,7 @@ struct Item
 
 void BM_NameList_RawSqlite(benchmark::State &state)
 {
-    const QByteArray path = bookFor(int(state.range(0))).toUtf8();
+    const QByteArray path = SuiteFiles::farmPath(bookFor(int(state.range(0)))).toUtf8();
     sqlite3 *db = nullptr;
     sqlite3_open_v2(path.constData(), &db, SQLITE_OPEN_READWRITE, nullptr);
     for (auto _ : state) {
@@ -64,7 +53,7 @@ void BM_NameList_RawSqlite(benchmark::State &state)
 
 void BM_NameList_Recordset(benchmark::State &state)
 {
-    Database db(bookFor(int(state.range(0))));
+    Database db(SuiteFiles::farmPath(bookFor(int(state.range(0)))));
     for (auto _ : state) {
         std::vector<Item> items;
         Recordset rs(db, kJetNameList, Recordset::Snapshot);
@@ -81,7 +70,7 @@ void BM_NameList_Recordset(benchmark::State &state)
 
 void BM_Open_RawSqlite(benchmark::State &state)
 {
-    const QByteArray path = bookFor(int(state.range(0))).toUtf8();
+    const QByteArray path = SuiteFiles::farmPath(bookFor(int(state.range(0)))).toUtf8();
     for (auto _ : state) {
         sqlite3 *db = nullptr;
         sqlite3_open_v2(path.constData(), &db, SQLITE_OPEN_READWRITE, nullptr);
@@ -92,7 +81,7 @@ void BM_Open_RawSqlite(benchmark::State &state)
 
 void BM_Open_Database(benchmark::State &state)
 {
-    const QString path = bookFor(int(state.range(0)));
+    const QString path = SuiteFiles::farmPath(bookFor(int(state.range(0))));
     for (auto _ : state) {
         Database db(path);
         benchmark::DoNotOptimize(db.isOpen());

@@ -2,6 +2,7 @@
 // real window (offscreen), beside the raw SQLite time of the statements the
 // opening runs (the name list and the shown entry).
 #include "addressbook/ui/addressbookwindow.h"
+#include "benchbook.h"
 #include "startup/addressglobals.h"
 #include "startup/messageservice.h"
 #include "suitefiles.h"
@@ -15,27 +16,6 @@
 #include <sqlite3.h>
 
 namespace {
-
-class QuietMessages : public MessageService
-{
-public:
-    qint16 show(const MessageRequest &request) override
-    {
-        std::fprintf(stderr, "message: %s\n", qPrintable(request.prompt));
-        return ResultOk;
-    }
-};
-
-QString bookFor(int addresses)
-{
-    static std::map<int, std::unique_ptr<QTemporaryDir>> books;
-    auto &dir = books[addresses];
-    if (!dir) {
-        dir = std::make_unique<QTemporaryDir>();
-        SuiteFiles::bulkSuite(dir->path(), addresses, addresses / 5);
-    }
-    return dir->path();
-}
 
 void BM_OpenWindow_Raw(benchmark::State &state)
 {

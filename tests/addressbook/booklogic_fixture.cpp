@@ -6,34 +6,6 @@
 
 #include <QSqlQuery>
 
-BookMessages::BookMessages() : m_previous(messageService())
-{
-    setMessageService(this);
-}
-
-BookMessages::~BookMessages()
-{
-    setMessageService(m_previous);
-}
-
-qint16 BookMessages::show(const MessageRequest &request)
-{
-    requests.push_back(request);
-    if (answers.empty())
-        return request.buttons == 4 ? ResultNo : ResultOk;
-    const qint16 answer = answers.front();
-    answers.pop_front();
-    return answer;
-}
-
-QStringList BookMessages::titles() const
-{
-    QStringList result;
-    for (const MessageRequest &r : requests)
-        result << r.title;
-    return result;
-}
-
 QString ScriptedInput::ask(const QString &prompt, const QString &title, const QString &)
 {
     prompts << prompt;

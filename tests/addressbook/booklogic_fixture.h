@@ -5,6 +5,7 @@
 #include "addressbook/paydetailsopener.h"
 #include "controls/inputboxservice.h"
 #include "startup/messageservice.h"
+#include "support/messagerecorder.h"
 #include "support/tempsuite.h"
 
 #include <deque>
@@ -13,25 +14,7 @@
 #include <QVariant>
 #include <vector>
 
-// Stands in for the message dialog while it lives: keeps every request and
-// answers with the queued codes, then OK (No for a question).
-class BookMessages : public MessageService
-{
-public:
-    BookMessages();
-    ~BookMessages() override;
-    BookMessages(const BookMessages &) = delete;
-    BookMessages &operator=(const BookMessages &) = delete;
-
-    qint16 show(const MessageRequest &request) override;
-    QStringList titles() const;
-
-    std::vector<MessageRequest> requests;
-    std::deque<qint16> answers;
-
-private:
-    MessageService *m_previous;
-};
+using BookMessages = MessageRecorder;
 
 // Answers the input box with the queued texts; empty (cancel) when none is left.
 class ScriptedInput : public InputBoxService

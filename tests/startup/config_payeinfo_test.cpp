@@ -1,6 +1,6 @@
 // PAYE settings from a real main data file.
 #include "data/database.h"
-#include "messages_recorder.h"
+#include "support/messagerecorder.h"
 #include "startup/errorlog.h"
 #include "startup/payeinfo.h"
 #include "support/qtprinters.h"

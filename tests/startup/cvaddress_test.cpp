@@ -1,6 +1,6 @@
 // CvAddress: the address book driven in-process by another suite program.
 #include "data/cverror.h"
-#include "messages_recorder.h"
+#include "support/messagerecorder.h"
 #include "startup/addressglobals.h"
 #include "startup/cvaddress.h"
 #include "startup/wagebook.h"

@@ -1,6 +1,6 @@
 // SuiteMessageBox, the standard error report and the ready-made messages.
 #include "data/cverror.h"
-#include "messages_recorder.h"
+#include "support/messagerecorder.h"
 #include "startup/addressmessages.h"
 #include "startup/errorreport.h"
 #include "support/qtprinters.h"

@@ -3,6 +3,7 @@
 #include "startup/messageservice.h"
 
 #include <deque>
+#include <QStringList>
 #include <vector>
 
 // Installed for its lifetime in place of the dialog: keeps every request and
@@ -16,6 +17,7 @@ public:
     MessageRecorder &operator=(const MessageRecorder &) = delete;
 
     qint16 show(const MessageRequest &request) override;
+    QStringList titles() const;
 
     std::vector<MessageRequest> requests;
     std::deque<qint16> answers;

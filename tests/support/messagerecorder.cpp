@@ -1,4 +1,4 @@
-#include "messages_recorder.h"
+#include "support/messagerecorder.h"
 
 MessageRecorder::MessageRecorder() : m_previous(messageService())
 {
@@ -18,4 +18,12 @@ qint16 MessageRecorder::show(const MessageRequest &request)
     const qint16 answer = answers.front();
     answers.pop_front();
     return answer;
+}
+
+QStringList MessageRecorder::titles() const
+{
+    QStringList result;
+    for (const MessageRequest &r : requests)
+        result << r.title;
+    return result;
 }
