@@ -4,6 +4,7 @@
 #include "controls/alphalistgeometry.h"
 #include "controls/alphalistlogic.h"
 #include "data/cverror.h"
+#include "support/errorof.h"
 #include "support/qtprinters.h"
 
 #include <functional>
@@ -45,16 +46,6 @@ private:
     }
 };
 
-int errorNumber(const std::function<void()> &call)
-{
-    try {
-        call();
-    } catch (const CvError &e) {
-        return e.number();
-    }
-    return 0;
-}
-
 TEST(AlphaListGeometryTest, CellAndStripSizes)
 {
     EXPECT_EQ(cellSize(9), 14); // 13.5 rounds to even
@@ -65,8 +56,8 @@ TEST(AlphaListGeometryTest, CellAndStripSizes)
     EXPECT_EQ(outerSize(Vertical, 18), QSizeF(21.6, 490));
     EXPECT_EQ(outerSize(2, 18), QSizeF(0, 0));
     EXPECT_EQ(outerSize(Horizontal, 1213).width(), 32755);
-    EXPECT_EQ(errorNumber([] { outerSize(Horizontal, 1214); }), CvError::Overflow);
-    EXPECT_EQ(errorNumber([] { cellSize(30000); }), CvError::Overflow);
+    EXPECT_EQ(errorOf([] { outerSize(Horizontal, 1214); }), CvError::Overflow);
+    EXPECT_EQ(errorOf([] { cellSize(30000); }), CvError::Overflow);
 
     EXPECT_EQ(starCell(18), (AlphaListRect{2, 2, 20, 20}));
     EXPECT_EQ(letterCell(Horizontal, 26, 18), (AlphaListRect{468, 2, 486, 20}));
@@ -166,7 +157,7 @@ TEST_F(AlphaListLogicTest, SelectedLetterSetter)
     EXPECT_EQ(logic.selectedLetter(), "*");
     EXPECT_EQ(logic.letterCode(), StarCode);
     EXPECT_EQ(logic.previousLetter(), "*");
-    EXPECT_EQ(errorNumber([&] { logic.setSelectedLetter(""); }), CvError::InvalidProcedureCall);
+    EXPECT_EQ(errorOf([&] { logic.setSelectedLetter(""); }), CvError::InvalidProcedureCall);
 
     // Only the other setters mark their property for saving.
     EXPECT_TRUE(logic.changedProperties().isEmpty());
@@ -239,10 +230,10 @@ TEST_F(AlphaListLogicTest, OtherOrientationsDrawAndSelectNothing)
     EXPECT_EQ(canvas.outer, QSizeF(0, 0));
 
     logic.setOrientation(Horizontal);
-    EXPECT_EQ(errorNumber([&] { logic.setOrientation(40000); }), CvError::Overflow);
+    EXPECT_EQ(errorOf([&] { logic.setOrientation(40000); }), CvError::Overflow);
     EXPECT_EQ(logic.orientation(), Horizontal);
     // 1,000 points: cells of 1,500 pixels, a strip too long for 16 bits.
-    EXPECT_EQ(errorNumber([&] { logic.setFontSize(1000); }), CvError::Overflow);
+    EXPECT_EQ(errorOf([&] { logic.setFontSize(1000); }), CvError::Overflow);
 }
 
 TEST_F(AlphaListLogicTest, CellsUnderSixPixelsCannotHighlightTheStar)
@@ -283,7 +274,7 @@ TEST_F(AlphaListLogicTest, StoredProperties)
     stored.read({{"FontSize", 9}});
     stored.read({});
     EXPECT_EQ(stored.fontSize, 9);
-    EXPECT_EQ(errorNumber([&] { stored.read({{"Orientation", 70000}}); }), CvError::Overflow);
+    EXPECT_EQ(errorOf([&] { stored.read({{"Orientation", 70000}}); }), CvError::Overflow);
     EXPECT_EQ(stored.orientation, 0);
 }
 

@@ -2,7 +2,7 @@
 #include "controls/combolist.h"
 #include "controls/filldaovbcombo.h"
 #include "data/database.h"
-#include "startup/messageservice.h"
+#include "support/messagerecorder.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"
 
@@ -10,18 +10,6 @@
 #include <QStringList>
 
 namespace {
-
-struct Recorded : MessageService
-{
-    Recorded() { setMessageService(this); }
-    ~Recorded() override { setMessageService(nullptr); }
-    qint16 show(const MessageRequest &request) override
-    {
-        requests.push_back(request);
-        return ResultOk;
-    }
-    std::vector<MessageRequest> requests;
-};
 
 QStringList texts(const ComboList &list)
 {
@@ -43,7 +31,7 @@ protected:
     }
 
     TempSuite suite;
-    Recorded messages;
+    MessageRecorder messages;
     ComboList list;
 };
 
@@ -130,7 +118,7 @@ TEST(GridColumnsTest, CaptionsSkipNullsAndNeverUseTheLastElement)
 TEST(GridColumnsTest, ValueListStoresIdentifiersAndShowsNames)
 {
     TempSuite suite;
-    Recorded messages;
+    MessageRecorder messages;
     suite.execWage("INSERT INTO DeductNames (DeductNameID, DeductionName) VALUES "
                    "(4, 'Union fees'), (8, 'Child support')");
     GridColumns grid(2);

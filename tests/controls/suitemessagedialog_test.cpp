@@ -13,6 +13,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <tuple>
 
 namespace {
 
@@ -52,16 +53,6 @@ QPushButton *button(const QDialog &dialog, QDialogButtonBox::StandardButton whic
     return box ? box->button(which) : nullptr;
 }
 
-// Clicks a button of the modal dialog once it is up.
-void clickWhenShown(QDialogButtonBox::StandardButton which)
-{
-    QTimer::singleShot(0, [which] {
-        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        ASSERT_NE(dialog, nullptr);
-        QTest::mouseClick(button(*dialog, which), Qt::LeftButton);
-    });
-}
-
 TEST(SuiteMessageDialogTest, ShowsTheTextsWithLiteralAmpersands)
 {
     SuiteMessageDialog dialog(information());
@@ -86,33 +77,25 @@ TEST(SuiteMessageDialogTest, ShowsTheTextsWithLiteralAmpersands)
 
 TEST(SuiteMessageDialogTest, ButtonsReturnThePlatformCodes)
 {
-    {
-        SuiteMessageDialog dialog(question());
-        EXPECT_TRUE(button(dialog, QDialogButtonBox::Yes)->isDefault());
-        clickWhenShown(QDialogButtonBox::Yes);
-        EXPECT_EQ(dialog.exec(), ResultYes);
-    }
-    {
-        SuiteMessageDialog dialog(question());
-        clickWhenShown(QDialogButtonBox::No);
-        EXPECT_EQ(dialog.exec(), ResultNo);
-    }
-    {
-        SuiteMessageDialog dialog(information());
-        clickWhenShown(QDialogButtonBox::Ok);
-        EXPECT_EQ(dialog.exec(), ResultOk);
-    }
-    // Escape, like the close box, is OK or No.
-    for (const MessageRequest &request : {question(), information()}) {
+    EXPECT_TRUE(button(SuiteMessageDialog(question()), QDialogButtonBox::Yes)->isDefault());
+    using B = QDialogButtonBox;
+    // A button, or Escape (none) or the close box (Close), which are OK or No.
+    const std::tuple<MessageRequest, B::StandardButton, qint16> cases[] = {
+        {question(), B::Yes, ResultYes},        {question(), B::No, ResultNo},
+        {information(), B::Ok, ResultOk},       {question(), B::NoButton, ResultNo},
+        {information(), B::NoButton, ResultOk}, {question(), B::Close, ResultNo},
+    };
+    for (const auto &[request, action, expected] : cases) {
         SuiteMessageDialog dialog(request);
-        QTimer::singleShot(
-            0, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
-        EXPECT_EQ(dialog.exec(), request.buttons == 4 ? ResultNo : ResultOk);
-    }
-    {
-        SuiteMessageDialog dialog(question());
-        QTimer::singleShot(0, [&dialog] { dialog.close(); });
-        EXPECT_EQ(dialog.exec(), ResultNo);
+        QTimer::singleShot(0, [&dialog, action = action] {
+            if (action == B::Close)
+                dialog.close();
+            else if (action == B::NoButton)
+                QTest::keyClick(&dialog, Qt::Key_Escape);
+            else
+                QTest::mouseClick(button(dialog, action), Qt::LeftButton);
+        });
+        EXPECT_EQ(dialog.exec(), expected) << request.title.toStdString() << ' ' << action;
     }
 }
 

@@ -1,54 +1,10 @@
 #include "fixture.h"
 
-#include "data/cverror.h"
-
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
-#include <QStringList>
-#include <QUuid>
-
 namespace Fixture {
-
-namespace {
-
-// All statements in one transaction on a plain connection: quick, and
-// independent of the data layer under test.
-void run(const QString &path, const QString &script)
-{
-    const QString name = "fixture-" + QUuid::createUuid().toString();
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", name);
-        db.setDatabaseName(path);
-        if (!db.open())
-            throw CvError(CvError::CannotOpenDatabase, "Fixture", db.lastError().text());
-        QSqlQuery q(db);
-        q.exec("BEGIN");
-        for (const QString &statement : script.split(u';')) {
-            if (!statement.trimmed().isEmpty() && !q.exec(statement))
-                throw CvError(CvError::SqlError, "Fixture",
-                              q.lastError().text() + ": " + statement);
-        }
-        q.exec("COMMIT");
-    }
-    QSqlDatabase::removeDatabase(name);
-}
-
-} // namespace
-
-void execFarm(const TempSuite &suite, const QString &script)
-{
-    run(suite.farmPath(), script);
-}
-
-void execWage(const TempSuite &suite, const QString &script)
-{
-    run(suite.wagePath(), script);
-}
 
 void fill(const TempSuite &suite)
 {
-    execFarm(suite, R"(
+    suite.execFarm(R"(
 INSERT INTO Addresses (AddressID, BusName, ContactLastName, WageFlag, BusinessFlag, HeadingAccount, notes)
   VALUES (37, 'Brown Farms', 'Brown', -1, -1, 401001, 'first line');
 INSERT INTO Addresses (AddressID, BusName, WageFlag) VALUES (38, 'bailey, Sam', -1);
@@ -75,7 +31,7 @@ INSERT INTO "tbl No Enterprises" VALUES (2, 'Beef');
 INSERT INTO "tbl No Enterprises" VALUES (3, 'Dairy');
 INSERT INTO PayeInfo (WageAccount, EmployerName) VALUES (401002, 'Brown Farms')
 )");
-    execWage(suite, R"(
+    suite.execWage(R"(
 INSERT INTO Employees (EmployeeID, AddressID, EmployeeTypeID, TaxTypeID, PayIntervalID, PayRate,
   Birthdate, Datefinished, KiwiSaverEnrolled, TaxCode)
   VALUES (5, 37, 2, 1, 1, 251000, 25000.5, NULL, -1, 'M');

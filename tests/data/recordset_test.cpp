@@ -1,4 +1,5 @@
 #include "fixture.h"
+#include "support/errorof.h"
 #include "support/qtprinters.h"
 
 #include "data/cverror.h"
@@ -10,16 +11,6 @@
 #include <QDateTime>
 
 namespace {
-
-int errorOf(const std::function<void()> &f)
-{
-    try {
-        f();
-    } catch (const CvError &e) {
-        return e.number();
-    }
-    return 0;
-}
 
 class RecordsetTest : public ::testing::Test
 {

@@ -1,8 +1,8 @@
 // PAYE settings from a real main data file.
 #include "data/database.h"
-#include "support/messagerecorder.h"
 #include "startup/errorlog.h"
 #include "startup/payeinfo.h"
+#include "support/messagerecorder.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"
 

@@ -1,6 +1,5 @@
 // The INI reader and writer on real files.
 #include "startup/profilestring.h"
-#include "startup/winini.h"
 #include "support/qtprinters.h"
 
 #include <gtest/gtest.h>
@@ -85,17 +84,6 @@ TEST_F(ProfileFileTest, MissingAndBareFilesGiveTheDefault)
     EXPECT_EQ(readProfileString("A", "K", "d", "bare.ini"), "d");
     EXPECT_FALSE(readTextLines("bare.ini").has_value());
     QDir::setCurrent(old);
-}
-
-TEST_F(ProfileFileTest, WinIniAnswersTheLocaleDiallingCode)
-{
-    setWinIniTerritory(QLocale::Australia);
-    EXPECT_EQ(readProfileString("INTL", "iCountry", "", "WIN.INI"), "61");
-    EXPECT_EQ(readProfileString("intl", "ICOUNTRY", "", "win.ini"), "61");
-    EXPECT_EQ(readProfileString("INTL", "sCountry", "d", "WIN.INI"), "d");
-    setWinIniTerritory(QLocale::Antarctica);
-    EXPECT_EQ(readProfileString("INTL", "iCountry", "", "WIN.INI"), "");
-    setWinIniTerritory(QLocale::AnyTerritory);
 }
 
 TEST_F(ProfileFileTest, WriterReplacesTheValueAndKeepsEveryOtherLine)

@@ -6,6 +6,8 @@
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"
 
+#include <QFile>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -38,73 +40,42 @@ protected:
     TempSuite m_suite;
 };
 
-TEST_F(ReadIniTest, PresentKeyIsReadWithoutALogLine)
+// One call per row, each on a fresh log: the value read and the log line it leaves.
+TEST_F(ReadIniTest, LogsAMissingSectionOrKeyWithItsContext)
 {
-    m_suite.writeIni("[CORVANE]\r\nDataRoot=D:\\Farm\r\n[WAGE]\r\nAllEmployees=Y\r\n");
-    EXPECT_EQ(read("Wage", "AllEmployees"), "Y");
-    EXPECT_EQ(read("CORVANE", "DataRoot"), "D:\\Farm");
-    EXPECT_EQ(loggedText(), "");
-}
-
-TEST_F(ReadIniTest, MissingKeyIsLoggedWithItsContext)
-{
-    m_suite.writeIni("[CORVANE]\r\nDataRoot=x\r\n[TAX]\r\nModuleFileName=elsewhere\r\n");
-    // The context keeps the section as the caller wrote it.
-    EXPECT_EQ(read("Corvane", "ModuleFileName"), "");
-    EXPECT_EQ(loggedText(), "A key from " + m_suite.iniPath() +
-                                " is missing.Section=Corvane, Key=ModuleFileName");
-}
-
-TEST_F(ReadIniTest, MissingSectionIsLoggedWithItsContext)
-{
-    m_suite.writeIni("[CORVANE]\r\nFirm=x\r\n");
-    EXPECT_EQ(read("START", "Firm"), "");
-    EXPECT_EQ(loggedText(),
-              "A section from " + m_suite.iniPath() + " is missing.Section=START, Key=Firm");
-}
-
-TEST_F(ReadIniTest, KeyNamedInvalidIndexIsNotLogged)
-{
-    m_suite.writeIni("[HELPCONTEXTIDS]\r\nAddressBook=12\r\n");
-    EXPECT_EQ(read("HELPCONTEXTIDS", "Invalid Index"), "");
-    EXPECT_EQ(loggedText(), "");
-    // Only the key test is waived: the section test still logs.
-    EXPECT_EQ(read("NOSECTION", "Invalid Index"), "");
-    EXPECT_EQ(loggedText(), "A section from " + m_suite.iniPath() +
-                                " is missing.Section=NOSECTION, Key=Invalid Index");
-}
-
-TEST_F(ReadIniTest, KeyTestMatchesByPrefixAndCase)
-{
-    m_suite.writeIni("[CORVANE]\r\nDataRoot=D:\\Farm\r\n[START]\r\nfirm=Acme\r\n");
-    // "Data" is a prefix of "DataRoot": counted as present, read as empty.
-    EXPECT_EQ(read("CORVANE", "Data"), "");
-    EXPECT_EQ(loggedText(), "");
-    // The lookup ignores case, the text test does not: value and log line.
-    EXPECT_EQ(read("START", "Firm"), "Acme");
-    EXPECT_EQ(loggedText(),
-              "A key from " + m_suite.iniPath() + " is missing.Section=START, Key=Firm");
-}
-
-TEST_F(ReadIniTest, HeaderMustBeUpperCaseAndExact)
-{
-    m_suite.writeIni("[wage]\r\nAllEmployees=Y\r\n[START] \r\nFirm=Acme\r\n");
-    EXPECT_EQ(read("Wage", "AllEmployees"), "Y");
-    EXPECT_EQ(loggedText(),
-              "A section from " + m_suite.iniPath() + " is missing.Section=Wage, Key=AllEmployees");
-    resetErrorLogState();
-    QFile::remove(m_suite.errorLogPath());
-    EXPECT_EQ(read("START", "Firm"), "Acme");
-    EXPECT_EQ(loggedText(),
-              "A section from " + m_suite.iniPath() + " is missing.Section=START, Key=Firm");
-}
-
-TEST_F(ReadIniTest, TextTestReadsLfAndBomFiles)
-{
-    m_suite.writeIni("\xEF\xBB\xBF[START]\nFirm=Acme\n[TAX]\nTaxName=GST");
-    EXPECT_EQ(read("START", "Firm"), "Acme");
-    EXPECT_EQ(read("TAX", "TaxName"), "GST");
-    EXPECT_EQ(loggedText(), "");
+    const struct
+    {
+        const char *ini, *section, *key, *value, *logged;
+    } cases[] = {
+        {"[CORVANE]\r\nDataRoot=D:\\Farm\r\n", "CORVANE", "DataRoot", "D:\\Farm", ""},
+        // The context keeps the section as the caller wrote it.
+        {"[CORVANE]\r\nDataRoot=x\r\n[TAX]\r\nModuleFileName=y\r\n", "Corvane", "ModuleFileName",
+         "", "A key from %1 is missing.Section=Corvane, Key=ModuleFileName"},
+        {"[CORVANE]\r\nFirm=x\r\n", "START", "Firm", "",
+         "A section from %1 is missing.Section=START, Key=Firm"},
+        // Only the key test is waived for "Invalid Index": the section test still logs.
+        {"[HELPCONTEXTIDS]\r\nAddressBook=12\r\n", "HELPCONTEXTIDS", "Invalid Index", "", ""},
+        {"[HELPCONTEXTIDS]\r\nAddressBook=12\r\n", "NOSECTION", "Invalid Index", "",
+         "A section from %1 is missing.Section=NOSECTION, Key=Invalid Index"},
+        // "Data" is a prefix of "DataRoot": counted as present, read as empty.
+        {"[CORVANE]\r\nDataRoot=D:\\Farm\r\n", "CORVANE", "Data", "", ""},
+        // The lookup ignores case, the text tests do not: a value and a log line.
+        {"[START]\r\nfirm=Acme\r\n", "START", "Firm", "Acme",
+         "A key from %1 is missing.Section=START, Key=Firm"},
+        {"[wage]\r\nAllEmployees=Y\r\n", "Wage", "AllEmployees", "Y",
+         "A section from %1 is missing.Section=Wage, Key=AllEmployees"},
+        {"[START] \r\nFirm=Acme\r\n", "START", "Firm", "Acme",
+         "A section from %1 is missing.Section=START, Key=Firm"},
+        {"\xEF\xBB\xBF[START]\nFirm=Acme\n[TAX]\nTaxName=GST", "TAX", "TaxName", "GST", ""},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(std::string(c.section) + "/" + c.key + " in " + c.ini);
+        resetErrorLogState();
+        QFile::remove(m_suite.errorLogPath());
+        m_suite.writeIni(c.ini);
+        EXPECT_EQ(read(c.section, c.key), c.value);
+        EXPECT_EQ(loggedText(), *c.logged ? QString(c.logged).arg(m_suite.iniPath()) : "");
+    }
 }
 
 TEST_F(ReadIniTest, WithoutAnIniFileTheBareNameIsLogged)

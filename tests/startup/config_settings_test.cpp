@@ -69,14 +69,17 @@ TEST_F(SettingsTest, ValuesThatArePresentAreUsedAsTheyStand)
     EXPECT_EQ(modulesDatabase(), "/m/Mods.mdb");
 }
 
-TEST_F(SettingsTest, OnlyYMeansAllEmployees)
+TEST_F(SettingsTest, OnlyYMeansAllEmployeesAndWageAccountNeedsANumber)
 {
-    ini("[WAGE]\r\nAllEmployees=y\r\n");
-    EXPECT_FALSE(m_settings.EmployeeOnly());
-    ini("[WAGE]\r\nAllEmployees=Yes\r\n");
-    EXPECT_TRUE(m_settings.EmployeeOnly());
-    ini("[WAGE]\r\nAllEmployees=N\r\n");
-    EXPECT_TRUE(m_settings.EmployeeOnly());
+    for (const auto &[text, employeeOnly] : {std::pair{"y", false}, {"Yes", true}, {"N", true}}) {
+        ini(QByteArray("[WAGE]\r\nAllEmployees=") + text + "\r\n");
+        EXPECT_EQ(m_settings.EmployeeOnly(), employeeOnly) << text;
+    }
+    for (const auto &[text, account] :
+         {std::pair{"abc", 401001}, {"0", 0}, {" 402,001 ", 402001}, {"99999999999", 401001}}) {
+        ini(QByteArray("[TAX]\r\nWageAccount=") + text + "\r\n");
+        EXPECT_EQ(iniWageAccount(), account) << text;
+    }
 }
 
 TEST_F(SettingsTest, AllEmployeesIsWrittenBackToTheSameSection)
@@ -87,18 +90,6 @@ TEST_F(SettingsTest, AllEmployeesIsWrittenBackToTheSameSection)
     EXPECT_EQ(m_suite.readIni(), "[CORVANE]\r\nDataRoot=x\r\n[Wage]\r\nAllEmployees=Y\r\n");
     m_suite.removeIni();
     EXPECT_FALSE(writeAllEmployees("N"));
-}
-
-TEST_F(SettingsTest, WageAccountNeedsANumber)
-{
-    ini("[TAX]\r\nWageAccount=abc\r\n");
-    EXPECT_EQ(iniWageAccount(), 401001);
-    ini("[TAX]\r\nWageAccount=0\r\n");
-    EXPECT_EQ(iniWageAccount(), 0);
-    ini("[TAX]\r\nWageAccount= 402,001 \r\n");
-    EXPECT_EQ(iniWageAccount(), 402001);
-    ini("[TAX]\r\nWageAccount=99999999999\r\n");
-    EXPECT_EQ(iniWageAccount(), 401001);
 }
 
 TEST_F(SettingsTest, CountryCodeRule)
@@ -132,20 +123,14 @@ TEST_F(SettingsTest, ColourEntryKeepsComponentsThatDoNotConvert)
     ini("[COLOURS]\r\nCvHeader=10, 20 ,30\r\nPartial=40,x\r\nTooBig=1,99999999999,2\r\n"
         "[HELPCONTEXTIDS]\r\nAddressBook=2100\r\n");
     suiteColour() = SuiteColour{};
-    readColourEntry("CvHeader");
-    EXPECT_EQ(suiteColour().red, 10);
-    EXPECT_EQ(suiteColour().green, 20);
-    EXPECT_EQ(suiteColour().blue, 30);
-    readColourEntry("Partial");
-    EXPECT_EQ(suiteColour().red, 40);
-    EXPECT_EQ(suiteColour().green, 20);
-    EXPECT_EQ(suiteColour().blue, 30);
-    readColourEntry("TooBig");
-    EXPECT_EQ(suiteColour().red, 1);
-    EXPECT_EQ(suiteColour().green, 20);
-    EXPECT_EQ(suiteColour().blue, 2);
-    readColourEntry("Missing");
-    EXPECT_EQ(suiteColour().red, 1);
+    auto read = [](const QString &entry) {
+        readColourEntry(entry);
+        return QList<int>{suiteColour().red, suiteColour().green, suiteColour().blue};
+    };
+    EXPECT_EQ(read("CvHeader"), QList<int>({10, 20, 30}));
+    EXPECT_EQ(read("Partial"), QList<int>({40, 20, 30}));
+    EXPECT_EQ(read("TooBig"), QList<int>({1, 20, 2}));
+    EXPECT_EQ(read("Missing"), QList<int>({1, 20, 2}));
 
     EXPECT_EQ(helpContextId("AddressBook"), "2100");
 }

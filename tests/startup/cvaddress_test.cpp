@@ -1,9 +1,9 @@
 // CvAddress: the address book driven in-process by another suite program.
 #include "data/cverror.h"
-#include "support/messagerecorder.h"
 #include "startup/addressglobals.h"
 #include "startup/cvaddress.h"
 #include "startup/wagebook.h"
+#include "support/messagerecorder.h"
 #include "support/qtprinters.h"
 #include "support/standinwindow.h"
 #include "support/tempsuite.h"

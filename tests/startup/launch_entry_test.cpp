@@ -1,9 +1,11 @@
 #include "data/cverror.h"
 #include "startup/addressglobals.h"
 #include "startup/entryroutine.h"
-#include "startup/messageservice.h"
 #include "startup/wagebook.h"
 #include "startup/wagebooklistener.h"
+#include "support/messagerecorder.h"
+#include "support/qtprinters.h"
+#include "support/standinwindow.h"
 #include "support/tempsuite.h"
 
 #include <atomic>
@@ -14,83 +16,8 @@
 #include <QLocalSocket>
 #include <QMutex>
 #include <QThread>
-#include <QTimer>
 
 namespace {
-
-struct Recorded : MessageService
-{
-    qint16 show(const MessageRequest &request) override
-    {
-        requests.push_back(request);
-        return ResultOk;
-    }
-    std::vector<MessageRequest> requests;
-};
-
-// What the stand-in window saw; it outlives the window, which the launch globals own.
-struct WindowLog
-{
-    QStringList calls;
-    qint16 modeAtShow = -1;
-    qint32 idAtShow = -1;
-    QString titleAtShow;
-    std::atomic<bool> closed{false};
-    bool destroyed = false;
-};
-
-// Stands in for the address book window. A modal show acts as a user who picks an entry
-// (when told which) and closes the window; a modeless one closes after closeAfterMs.
-struct StandInWindow : AddressWindow
-{
-    WindowLog *log;
-    std::optional<qint32> pick;
-    int closeAfterMs = -1;
-    std::function<void()> onLoad;
-    bool loaded = false, open = false;
-
-    explicit StandInWindow(WindowLog *log) : log(log) {}
-    ~StandInWindow() override { log->destroyed = true; }
-    bool isLoaded() const override { return loaded; }
-    bool isOpen() const override { return open; }
-    void load() override
-    {
-        if (loaded)
-            return;
-        log->calls << "load";
-        if (onLoad)
-            onLoad();
-        loaded = true;
-    }
-    void showModeless() override
-    {
-        show("showModeless");
-        if (closeAfterMs >= 0)
-            QTimer::singleShot(closeAfterMs, this, [this] { close(); });
-    }
-    void showModal() override
-    {
-        show("showModal");
-        AddressGlobals::CurrentAddressID = pick.value_or(AddressGlobals::CurrentAddressID);
-        close();
-    }
-    void show(const QString &how)
-    {
-        load();
-        log->calls << how;
-        log->modeAtShow = AddressGlobals::LaunchMode;
-        log->idAtShow = AddressGlobals::CurrentAddressID;
-        log->titleAtShow = QGuiApplication::applicationDisplayName();
-        open = true;
-    }
-    void close()
-    {
-        open = loaded = false;
-        log->calls << "closed";
-        log->closed = true;
-        emit closed();
-    }
-};
 
 // The wage book in a thread of its own, as it is in a process of its own: the sender
 // blocks until it answers. Records the message, its parameters and whether the window
@@ -98,7 +25,7 @@ struct StandInWindow : AddressWindow
 class WagebookThread : public QThread
 {
 public:
-    explicit WagebookThread(const WindowLog *log) : m_log(log) {}
+    explicit WagebookThread(const StandInWindowLog *log) : m_log(log) {}
     ~WagebookThread() override { quit(), wait(); }
     bool startListening()
     {
@@ -129,7 +56,7 @@ protected:
     }
 
 private:
-    const WindowLog *m_log;
+    const StandInWindowLog *m_log;
     QMutex m_mutex;
     QList<QList<qint64>> m_received;
     std::atomic<int> m_state{0};
@@ -143,26 +70,22 @@ protected:
         AddressGlobals::reset();
         qputenv("XDG_RUNTIME_DIR", m_runtime.path().toUtf8());
         suite.writeIni("[START]\r\nFirm=Kowhai Orchards\r\n");
-        setMessageService(&messages);
         QGuiApplication::setApplicationDisplayName("Before");
-        AddressGlobals::setWindowFactory([this] {
-            auto window = std::make_unique<StandInWindow>(&log);
-            window->pick = pick;
-            window->closeAfterMs = closeModelessAfterMs;
-            window->onLoad = onLoad;
-            return window;
+        installStandInWindow(&log, [this](StandInWindow &window) {
+            window.pick = pick;
+            window.closeAfterMs = closeModelessAfterMs;
+            window.onLoad = onLoad;
         });
     }
     void TearDown() override
     {
         AddressGlobals::reset();
-        setMessageService(nullptr);
         qunsetenv("XDG_RUNTIME_DIR");
     }
 
     TempSuite suite{false};
-    Recorded messages;
-    WindowLog log;
+    MessageRecorder messages;
+    StandInWindowLog log;
     std::optional<qint32> pick;
     int closeModelessAfterMs = -1;
     std::function<void()> onLoad;

@@ -1,23 +1,8 @@
-#include "data/cverror.h"
 #include "startup/conversions.h"
 #include "startup/extractfield.h"
+#include "support/errorof.h"
 
 #include <gtest/gtest.h>
-
-namespace {
-
-// The number of the CvError that f raises, or 0.
-template <typename F> int errorOf(F f)
-{
-    try {
-        f();
-    } catch (const CvError &e) {
-        return e.number();
-    }
-    return 0;
-}
-
-} // namespace
 
 TEST(ExtractField, FieldsCountFromOneAndKeepEverything)
 {

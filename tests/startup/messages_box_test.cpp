@@ -1,8 +1,8 @@
 // SuiteMessageBox, the standard error report and the ready-made messages.
 #include "data/cverror.h"
-#include "support/messagerecorder.h"
 #include "startup/addressmessages.h"
 #include "startup/errorreport.h"
+#include "support/messagerecorder.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"
 

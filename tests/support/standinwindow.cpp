@@ -3,6 +3,7 @@
 #include "startup/addressglobals.h"
 
 #include <QGuiApplication>
+#include <QTimer>
 
 QString StandInWindow::ownHelpFile()
 {
@@ -14,9 +15,18 @@ void StandInWindow::load()
     if (m_loaded)
         return;
     m_log->calls << QStringLiteral("load");
+    if (onLoad)
+        onLoad();
     m_log->helpFileAtLoad = AddressGlobals::helpFilePath;
     AddressGlobals::helpFilePath = ownHelpFile();
     m_loaded = true;
+}
+
+void StandInWindow::showModeless()
+{
+    show(QStringLiteral("showModeless"));
+    if (closeAfterMs >= 0)
+        QTimer::singleShot(closeAfterMs, this, [this] { close(); });
 }
 
 void StandInWindow::showModal()
@@ -40,10 +50,16 @@ void StandInWindow::close()
 {
     m_open = m_loaded = false;
     m_log->calls << QStringLiteral("closed");
+    m_log->closed = true;
     emit closed();
 }
 
-void installStandInWindow(StandInWindowLog *log)
+void installStandInWindow(StandInWindowLog *log, std::function<void(StandInWindow &)> setUp)
 {
-    AddressGlobals::setWindowFactory([log] { return std::make_unique<StandInWindow>(log); });
+    AddressGlobals::setWindowFactory([log, setUp] {
+        auto window = std::make_unique<StandInWindow>(log);
+        if (setUp)
+            setUp(*window);
+        return window;
+    });
 }

@@ -2,6 +2,8 @@
 
 #include "startup/addresswindow.h"
 
+#include <atomic>
+#include <functional>
 #include <optional>
 #include <QString>
 #include <QStringList>
@@ -14,26 +16,32 @@ struct StandInWindowLog
     qint32 idAtShow = -1;
     QString titleAtShow;
     QString helpFileAtLoad;
+    std::atomic<bool> closed{false}; // read by a wage book in another thread
+    bool destroyed = false;
 };
 
 // Stands in for the address book window. Its load replaces the help file path, as the real
-// one does; a modal show acts as a user who picks an entry (when told which) and closes the
-// window; a modeless one stays open until close().
+// one does, after running onLoad (which may throw); a modal show acts as a user who picks an
+// entry (when told which) and closes the window; a modeless one stays open until close(), or
+// closes by itself after closeAfterMs.
 class StandInWindow : public AddressWindow
 {
 public:
     static QString ownHelpFile();
 
     explicit StandInWindow(StandInWindowLog *log) : m_log(log) {}
+    ~StandInWindow() override { m_log->destroyed = true; }
 
     void load() override;
     bool isLoaded() const override { return m_loaded; }
-    void showModeless() override { show(QStringLiteral("showModeless")); }
+    void showModeless() override;
     void showModal() override;
     bool isOpen() const override { return m_open; }
     void close();
 
     std::optional<qint32> pick;
+    int closeAfterMs = -1;
+    std::function<void()> onLoad;
 
 private:
     void show(const QString &how);
@@ -43,5 +51,7 @@ private:
     bool m_open = false;
 };
 
-// Makes the launch globals create stand-in windows that report to log.
-void installStandInWindow(StandInWindowLog *log);
+// Makes the launch globals create stand-in windows that report to log, each first passed to
+// setUp when given.
+void installStandInWindow(StandInWindowLog *log,
+                          std::function<void(StandInWindow &)> setUp = nullptr);

@@ -31,11 +31,26 @@ TempSuite::~TempSuite()
         qunsetenv("CORVANE_SHARED_DOCUMENTS");
 }
 
-QString TempSuite::commonDir() const { return dir() + "/Corvane/Common"; }
-QString TempSuite::iniPath() const { return commonDir() + "/Corvane.ini"; }
-QString TempSuite::farmPath() const { return SuiteFiles::farmPath(dir()); }
-QString TempSuite::wagePath() const { return SuiteFiles::wagePath(dir()); }
-QString TempSuite::errorLogPath() const { return commonDir() + "/CvErrors.log"; }
+QString TempSuite::commonDir() const
+{
+    return dir() + "/Corvane/Common";
+}
+QString TempSuite::iniPath() const
+{
+    return commonDir() + "/Corvane.ini";
+}
+QString TempSuite::farmPath() const
+{
+    return SuiteFiles::farmPath(dir());
+}
+QString TempSuite::wagePath() const
+{
+    return SuiteFiles::wagePath(dir());
+}
+QString TempSuite::errorLogPath() const
+{
+    return commonDir() + "/CvErrors.log";
+}
 
 void TempSuite::writeIni(const QByteArray &bytes) const
 {
@@ -51,7 +66,10 @@ QByteArray TempSuite::readIni() const
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
-void TempSuite::removeIni() const { QFile::remove(iniPath()); }
+void TempSuite::removeIni() const
+{
+    QFile::remove(iniPath());
+}
 
 QByteArray TempSuite::readErrorLog() const
 {
@@ -59,20 +77,35 @@ QByteArray TempSuite::readErrorLog() const
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
-static void execOn(const QString &path, const QString &sql)
+void execOnFile(const QString &path, const QString &script)
 {
     const QString name = "tempsuite-" + QUuid::createUuid().toString();
+    QString failure;
     {
         QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", name);
         db.setDatabaseName(path);
-        if (!db.open())
-            throw CvError(CvError::CannotOpenDatabase, "TempSuite", db.lastError().text());
-        QSqlQuery q(db);
-        if (!q.exec(sql))
-            throw CvError(CvError::SqlError, "TempSuite", q.lastError().text() + ": " + sql);
+        if (!db.open()) {
+            failure = db.lastError().text();
+        } else {
+            QSqlQuery q(db);
+            q.exec("BEGIN");
+            for (const QString &statement : script.split(u';')) {
+                if (failure.isEmpty() && !statement.trimmed().isEmpty() && !q.exec(statement))
+                    failure = q.lastError().text() + ": " + statement;
+            }
+            q.exec(failure.isEmpty() ? "COMMIT" : "ROLLBACK");
+        }
     }
     QSqlDatabase::removeDatabase(name);
+    if (!failure.isEmpty())
+        throw CvError(CvError::SqlError, "TempSuite", path + ": " + failure);
 }
 
-void TempSuite::execFarm(const QString &sql) const { execOn(farmPath(), sql); }
-void TempSuite::execWage(const QString &sql) const { execOn(wagePath(), sql); }
+void TempSuite::execFarm(const QString &sql) const
+{
+    execOnFile(farmPath(), sql);
+}
+void TempSuite::execWage(const QString &sql) const
+{
+    execOnFile(wagePath(), sql);
+}

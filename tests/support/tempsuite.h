@@ -29,7 +29,7 @@ public:
     void removeIni() const;
     QByteArray readErrorLog() const;
 
-    // Runs SQL straight on a data file (no translation), for arranging fixtures.
+    // Run SQL straight on a data file (no translation), for arranging fixtures: see execOnFile.
     void execFarm(const QString &sql) const;
     void execWage(const QString &sql) const;
 
@@ -38,3 +38,7 @@ private:
     QByteArray m_oldShared;
     bool m_hadShared;
 };
+
+// Runs statements separated by semicolons (none inside a literal) on a data file, in one
+// transaction on a connection of its own. Failures throw CvError.
+void execOnFile(const QString &path, const QString &script);

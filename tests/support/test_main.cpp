@@ -1,8 +1,8 @@
 // One main for every test executable: a QApplication on the offscreen
 // platform with the New Zealand locale, then GoogleTest.
+#include <gtest/gtest.h>
 #include <QApplication>
 #include <QLocale>
-#include <gtest/gtest.h>
 
 int main(int argc, char **argv)
 {

@@ -2,6 +2,7 @@
 
 #include "data/cverror.h"
 
+#include <gtest/gtest.h>
 #include <QCryptographicHash>
 #include <QDate>
 #include <QSqlDatabase>
@@ -103,22 +104,39 @@ QStringList BookQuery::contractBreaches() const
     return out;
 }
 
-void execOnBook(const QString &path, const QString &sql)
+void expectConsistentBooks(const BookQuery &farm, const BookQuery &wage)
 {
-    const QString name = "bookquery-" + QUuid::createUuid().toString();
-    QString failure;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", name);
-        db.setDatabaseName(path);
-        if (!db.open()) {
-            failure = db.lastError().text();
-        } else {
-            QSqlQuery q(db);
-            if (!q.exec(sql))
-                failure = q.lastError().text();
-        }
-    }
-    QSqlDatabase::removeDatabase(name);
-    if (!failure.isEmpty())
-        throw CvError(CvError::SqlError, "execOnBook", path + ": " + failure + ": " + sql);
+    EXPECT_EQ(farm.contractBreaches().join(", ").toStdString(), "");
+    EXPECT_EQ(wage.contractBreaches().join(", ").toStdString(), "");
+    EXPECT_EQ(wage.keys("SELECT AddressID FROM Employees"),
+              farm.keys("SELECT AddressID FROM Addresses WHERE WageFlag = -1"));
+    const qint64 members =
+        wage.count("SELECT COUNT(*) FROM Employees WHERE KiwiSaverEnrolled = -1");
+    EXPECT_EQ(members,
+              wage.count("SELECT COUNT(*) FROM EmployerContributions WHERE TaxName = 'KiwiSaver'"));
+    EXPECT_EQ(members,
+              wage.count("SELECT COUNT(*) FROM EmployeeDeductions WHERE TaxName = 'KiwiSaver'"));
+
+    EXPECT_TRUE(farm.keys("SELECT AddressID FROM Addresses")
+                    .contains(farm.keys("SELECT AddressID FROM Transactions")));
+    EXPECT_TRUE(farm.keys("SELECT \"Secondary Codes ID\" FROM \"Secondary Codes\"")
+                    .contains(farm.keys("SELECT HeadingAccount FROM Addresses "
+                                        "WHERE HeadingAccount IS NOT NULL")));
+    EXPECT_TRUE(
+        farm.keys("SELECT BanksID FROM Banks").contains(wage.keys("SELECT BankID FROM Employees")));
+    const QSet<qint64> employees = wage.keys("SELECT EmployeeID FROM Employees");
+    for (const char *table : {"Wages", "EmployeeDeductions", "EmployerContributions"})
+        EXPECT_TRUE(employees.contains(wage.keys(QString("SELECT EmployeeID FROM %1").arg(table))))
+            << table;
+    EXPECT_EQ(wage.count("SELECT COUNT(*) FROM EmployeeDeductions WHERE DeductID NOT IN "
+                         "(SELECT DeductNameID FROM DeductNames)"),
+              0);
+    EXPECT_EQ(wage.count("SELECT COUNT(*) FROM Employees WHERE EmployeeTypeID NOT IN "
+                         "(SELECT EmployeeTypeID FROM EmployeeAwardType) OR TaxTypeID NOT IN "
+                         "(SELECT TaxTypeID FROM TaxTypes) OR PayIntervalID NOT IN "
+                         "(SELECT PayIntervalID FROM PayInterval) OR IFNULL(KiwiSaverEnrolID, 6) "
+                         "NOT IN (SELECT KSEnrollTypeID FROM KiwiSaverEnrollType) OR "
+                         "KiwiSaverEmployerRateID NOT IN "
+                         "(SELECT ContributionNameID FROM ContributionNames)"),
+              0);
 }

@@ -33,5 +33,7 @@ private:
     QString m_connection;
 };
 
-// Runs one statement on a data file, for arranging a test.
-void execOnBook(const QString &path, const QString &sql);
+// Checks that the two data files of one suite agree: values kept by the storage contract,
+// an employee row for exactly the wage book's entries, KiwiSaver rows for exactly the
+// members, and every key pointing at a row that exists.
+void expectConsistentBooks(const BookQuery &farm, const BookQuery &wage);

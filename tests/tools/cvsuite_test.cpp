@@ -1,5 +1,6 @@
 #include "bookquery.h"
 #include "suitefiles.h"
+#include "support/tempsuite.h"
 
 #include <gtest/gtest.h>
 #include <QProcess>
@@ -61,7 +62,7 @@ TEST(CvSuiteTool, NeverOverwritesDataWithoutForce)
     ToolRun r = cvsuite({"init", dir.path()});
     ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
     EXPECT_TRUE(r.out.contains(farm));
-    execOnBook(farm, "INSERT INTO Addresses (BusName) VALUES ('Kept')");
+    execOnFile(farm, "INSERT INTO Addresses (BusName) VALUES ('Kept')");
 
     for (const QStringList &again :
          {QStringList{"init", dir.path()}, QStringList{"demo", dir.path()},
