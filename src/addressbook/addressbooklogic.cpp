@@ -1,6 +1,5 @@
 #include "addressbook/addressbooklogic.h"
 
-#include "addressbook/employeedefaults.h"
 #include "addressbook/helpopener.h"
 #include "addressbook/paydetailsopener.h"
 #include "addressbook/wagetabhook.h"
@@ -10,6 +9,8 @@
 #include "data/database.h"
 #include "data/jetsql.h"
 #include "data/recordset.h"
+#include "paydetails/employeedefaults.h"
+#include "paydetails/paylists.h"
 #include "startup/addressglobals.h"
 #include "startup/addressmessages.h"
 #include "startup/errorreport.h"
@@ -210,6 +211,7 @@ void AddressBookLogic::load()
         m_currentTab = firstTab();
         prepareTab(m_currentTab);
         fillHeadingList();
+        lookupDefaultBanks(*m_farm);
         readColourEntry(QStringLiteral("CvHeader"));
         m_headerColour = suiteColour();
     } catch (const CvError &e) {

@@ -1,8 +1,8 @@
 // Adding and deleting entries, and names that carry quote characters.
 #include "booklogic_fixture.h"
 
-#include "addressbook/employeedefaults.h"
 #include "data/database.h"
+#include "paydetails/employeedefaults.h"
 #include "startup/addressglobals.h"
 
 class AddDeleteLogic : public BookLogicTest

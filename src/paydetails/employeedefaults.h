@@ -20,3 +20,11 @@ qint32 DefaultTaxTypeID(Database &wage, qint32 countryCode);
 // PayInterval's first row as stored; seeds "Weekly", 7 days, 52.14 pays a year,
 // Order 1.
 qint32 DefaultPayIntervalID(Database &wage);
+
+// The DeductID of the employee's KiwiSaver deduction (TaxName "kiwisaver"), 0
+// when there is none or on a reported error.
+qint32 KiwiSaverDeductID(Database &wage, qint32 employeeId);
+
+// Whether the named enrolment type makes the employee a KiwiSaver member
+// (KSMember non-zero). A name with no row is an error: reported, false.
+bool IsKiwiSaverMemberType(Database &wage, const QString &enrolType);

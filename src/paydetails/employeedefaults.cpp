@@ -1,7 +1,8 @@
-#include "addressbook/employeedefaults.h"
+#include "paydetails/employeedefaults.h"
 
 #include "data/cverror.h"
 #include "data/database.h"
+#include "data/jetsql.h"
 #include "data/recordset.h"
 #include "startup/errorreport.h"
 #include "startup/suiteconfig.h"
@@ -68,5 +69,39 @@ qint32 DefaultPayIntervalID(Database &wage)
     } catch (const CvError &e) {
         showErrorReport(e, QStringLiteral(") was generated in DefaultPayIntervalID"));
         return 0;
+    }
+}
+
+qint32 KiwiSaverDeductID(Database &wage, qint32 employeeId)
+{
+    try {
+        Recordset rs(wage,
+                     "SELECT EmployeeDeductions.* From EmployeeDeductions "
+                     "WHERE EmployeeDeductions.EmployeeID=" +
+                         QString::number(employeeId) +
+                         " AND EmployeeDeductions.TaxName=\"kiwisaver\"",
+                     Recordset::Snapshot);
+        if (rs.eof())
+            return 0;
+        return qint32(rs.value(QStringLiteral("DeductID")).toLongLong());
+    } catch (const CvError &e) {
+        showErrorReport(e, QStringLiteral(") was generated in KiwiSaverDeductID"));
+        return 0;
+    }
+}
+
+bool IsKiwiSaverMemberType(Database &wage, const QString &enrolType)
+{
+    try {
+        Recordset rs(wage,
+                     "SELECT KiwiSaverEnrollType.* From KiwiSaverEnrollType "
+                     "WHERE KiwiSaverEnrollType.KSEnrollType=" +
+                         JetSql::quote(enrolType),
+                     Recordset::Snapshot);
+        // No test for an empty result: an unknown type is reported as no current record.
+        return rs.value(QStringLiteral("KSMember")).toBool();
+    } catch (const CvError &e) {
+        showErrorReport(e, QStringLiteral(") was generated in IsKiwiSaverMemberType"));
+        return false;
     }
 }

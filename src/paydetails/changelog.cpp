@@ -1,0 +1,138 @@
+#include "paydetails/changelog.h"
+
+#include "data/cverror.h"
+#include "data/database.h"
+#include "data/money.h"
+#include "data/recordset.h"
+#include "data/serialdate.h"
+#include "startup/clock.h"
+#include "startup/errorreport.h"
+#include "startup/settings.h"
+#include "startup/translate.h"
+
+namespace {
+
+const QLatin1String AppendToNotesOrigin(") was generated in basDeductions.AppendToNotes");
+
+QString g_unitOfPay;
+
+QString todayText()
+{
+    return SerialDate::toShortText(today());
+}
+
+// Amounts in the locale's currency format; text that is not an amount stays as typed.
+QString currencyText(const QString &value)
+{
+    if (const auto money = Money::parse(value))
+        return money->toString();
+    return value;
+}
+
+// A hire or finish date in the short date form, or nothing when there is no date to log:
+// an emptied field (or the zero date) is not a hiring or a finish on 30/12/1899, so it
+// logs no line. Text that is not a date is logged as typed.
+std::optional<QString> loggedDate(const QString &value)
+{
+    if (value.trimmed().isEmpty())
+        return std::nullopt;
+    const auto parsed = SerialDate::parse(value);
+    if (!parsed)
+        return value;
+    if (SerialDate::fromDateTime(*parsed) == 0.0)
+        return std::nullopt;
+    return SerialDate::toShortText(parsed->date());
+}
+
+QString fieldLabel(qint16 field)
+{
+    switch (field) {
+    case 0:
+        return QStringLiteral("Occupation");
+    case 1:
+        return QStringLiteral("Tax type");
+    case 2:
+        return QStringLiteral("Pay interval");
+    case 6:
+        return QStringLiteral("Kiwisaver Enrolment Type");
+    case 7:
+        return QStringLiteral("Kiwisaver EMPLOYEE Deduction Rate");
+    case 8:
+        return QStringLiteral("Kiwisaver EMPLOYER Contribution Rate");
+    default:
+        return QStringLiteral("");
+    }
+}
+
+} // namespace
+
+void logValueChange(qint16 field, const QString &newValue, const QString &oldValue,
+                    qint32 addressId)
+{
+    if (newValue == oldValue)
+        return;
+    const QString date = todayText();
+    QString line;
+    switch (field) {
+    case 2:
+        line = Translate(QStringLiteral("[|0|] Pay rate amended to |1| |2|"),
+                         {date, currencyText(newValue), currentUnitOfPay()});
+        break;
+    case 3:
+        line = Translate(QStringLiteral("[|0|] Salary Changed to |1| per year"),
+                         {date, currencyText(newValue)});
+        break;
+    case 4:
+    case 5:
+        if (const auto when = loggedDate(newValue))
+            line = Translate(field == 4 ? QStringLiteral("[|0|] Hired on |1|")
+                                        : QStringLiteral("[|0|] Finished on |1|"),
+                             {date, *when});
+        break;
+    default:
+        break;
+    }
+    appendToNotes(line, addressId);
+}
+
+void logNamedFieldChange(const QString &newValue, const QString &oldValue, qint16 field,
+                         qint32 addressId)
+{
+    if (newValue == oldValue)
+        return;
+    // A null text would show as "..." in the template; an emptied list logs nothing after
+    // "changed to".
+    appendToNotes(Translate(QStringLiteral("[|0|] |1| changed to |2|"),
+                            {todayText(), fieldLabel(field),
+                             newValue.isNull() ? QStringLiteral("") : newValue}),
+                  addressId);
+}
+
+void appendToNotes(const QString &line, qint32 addressId)
+{
+    if (line.isEmpty())
+        return;
+    try {
+        Database farm(Settings().DatabaseName());
+        Recordset rs(farm, "Select distinctrow notes from Addresses where AddressID = " +
+                               QString::number(addressId));
+        if (rs.eof())
+            return;
+        const QString notes = rs.value(0).toString();
+        rs.edit();
+        rs.setValue(0, notes.isEmpty() ? line : notes + QStringLiteral("\r\n") + line);
+        rs.update();
+    } catch (const CvError &error) {
+        showErrorReport(error, AppendToNotesOrigin);
+    }
+}
+
+QString currentUnitOfPay()
+{
+    return g_unitOfPay;
+}
+
+void setCurrentUnitOfPay(const QString &unit)
+{
+    g_unitOfPay = unit;
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QLatin1String>
+#include <QString>
+#include <QtGlobal>
+
+class Database;
+class DeductionGrid;
+
+namespace ErrorOrigin {
+inline constexpr QLatin1String FillDeductGrid(") was generated in basDeductions.FillDeductGrid");
+inline constexpr QLatin1String FillGridArray(") was generated in basDeductions.fillgridarray");
+inline constexpr QLatin1String
+    FillPayInfoArray(") was generated in basDeductions.FillpayInfoArray");
+inline constexpr QLatin1String
+    SaveDeductXArray(") was generated in basDeductions.SaveDeductXArray");
+} // namespace ErrorOrigin
+
+// Loads the employee's ordinary deductions (KiwiSaver rows are kept out) into grid, with
+// its captions, the deduction drop-down for the country and the percentage table. A
+// failure is reported to the user and leaves the grid with what was loaded; it is not
+// thrown.
+void FillDeductGrid(Database &wage, qint32 employeeId, DeductionGrid &grid, qint32 countryCode);
+
+// After the user edited (row, column): a chosen deduction brings its default percentage;
+// a positive fixed amount clears the percentage and a positive percentage the fixed amount.
+void ChangeRate(DeductionGrid &grid, int row, qint16 column);
+
+// Rewrites the employee's ordinary deductions (TaxName null) from the grid; KiwiSaver rows
+// are left alone, rows without a deduction dropped. Runs in one transaction, joining the
+// caller's when there is one. A failure is reported to the user ("SaveDeductXArray") and
+// then rethrown, so that the caller's transaction rolls back instead of committing half a
+// save; the caller must not report it again.
+void SaveDeductXArray(DeductionGrid &grid, Database &wage, qint32 employeeId);
+
+// The Percentage of a DeductNames row rounded to a whole number (halves to even); 0 when
+// there is no such row. Throws CvError on a database failure.
+qint32 deductionPercentageByQuery(Database &wage, qint32 deductNameId);
+
+// The field "percentage" of the first row of a rate query, rounded to a whole number
+// (halves to even); 0 when the query has no rows. Throws CvError 6 when it does not fit.
+qint32 wholePercentageByQuery(Database &db, const QString &query);
+
+// The default rate of a deduction name from the grid's percentage table, 0 when unknown.
+float percentageLookup(const DeductionGrid &grid, qint32 deductNameId);

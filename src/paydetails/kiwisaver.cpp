@@ -1,0 +1,70 @@
+#include "paydetails/kiwisaver.h"
+
+#include "data/cverror.h"
+#include "data/database.h"
+#include "data/recordset.h"
+#include "paydetails/deductions.h"
+#include "startup/errorreport.h"
+
+namespace {
+
+// Replaces the employee's KiwiSaver row of one table with a row for the chosen rate.
+void saveKiwiSaverRow(Database &wage, const QString &table, const QString &idField,
+                      qint32 employeeId, qint32 rateId, qint32 percentage, bool removeOnly)
+{
+    wage.transaction([&] {
+        const QString employee = QString::number(employeeId);
+        // Text compares without regard to case, so this also removes "KiwiSaver" rows.
+        wage.execute("Delete * FROM " + table + " Where EmployeeID=" + employee +
+                     " AND TaxName=\"kiwisaver\"");
+        if (removeOnly)
+            return;
+        // Only the employee's rows: opening the whole table would read every employee's.
+        Recordset rs(wage, "SELECT * FROM " + table + " WHERE EmployeeID=" + employee);
+        rs.addNew();
+        rs.setValue(QStringLiteral("EmployeeID"), employeeId);
+        rs.setValue(idField, rateId);
+        rs.setValue(QStringLiteral("FixedAmount"), 0);
+        rs.setValue(QStringLiteral("SpecialRate"), percentage);
+        rs.setValue(QStringLiteral("TaxName"), QStringLiteral("KiwiSaver"));
+        rs.update();
+    });
+}
+
+} // namespace
+
+void SaveKiwiSaverDeductions(Database &wage, qint32 employeeId, qint32 deductNameId,
+                             bool removeOnly)
+{
+    try {
+        const qint32 rate = removeOnly ? 0 : deductionPercentageByQuery(wage, deductNameId);
+        saveKiwiSaverRow(wage, QStringLiteral("EmployeeDeductions"), QStringLiteral("DeductID"),
+                         employeeId, deductNameId, rate, removeOnly);
+    } catch (const CvError &error) {
+        showErrorReport(error, ErrorOrigin::SaveKiwiSaverDeductions);
+        throw;
+    }
+}
+
+void SaveKiwiSaverContributions(Database &wage, qint32 employeeId, qint32 contributionNameId,
+                                bool removeOnly)
+{
+    try {
+        const qint32 rate =
+            removeOnly ? 0 : contributionPercentageByQuery(wage, contributionNameId);
+        saveKiwiSaverRow(wage, QStringLiteral("EmployerContributions"),
+                         QStringLiteral("ContributionID"), employeeId, contributionNameId, rate,
+                         removeOnly);
+    } catch (const CvError &error) {
+        showErrorReport(error, ErrorOrigin::SaveKiwiSaverContributions);
+        throw;
+    }
+}
+
+qint32 contributionPercentageByQuery(Database &wage, qint32 contributionNameId)
+{
+    return wholePercentageByQuery(
+        wage,
+        QStringLiteral("SELECT ContributionNames.* From ContributionNames ") +
+            "WHERE ContributionNames.ContributionNameID=" + QString::number(contributionNameId));
+}

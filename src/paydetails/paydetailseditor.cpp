@@ -1,0 +1,585 @@
+#include "paydetails/paydetailseditor.h"
+
+#include "controls/filldaovbcombo.h"
+#include "data/cverror.h"
+#include "data/database.h"
+#include "data/money.h"
+#include "data/recordset.h"
+#include "data/serialdate.h"
+#include "paydetails/changelog.h"
+#include "paydetails/deductiongrid.h"
+#include "paydetails/deductions.h"
+#include "paydetails/employeedefaults.h"
+#include "paydetails/kiwisaver.h"
+#include "paydetails/paylists.h"
+#include "startup/clock.h"
+#include "startup/errorreport.h"
+#include "startup/messageservice.h"
+#include "startup/payeinfo.h"
+#include "startup/settings.h"
+#include "startup/suiteconfig.h"
+
+namespace {
+
+// The bound column of each text field and list; the index decides the column.
+const char *const kTextColumns[PayDetailsEditor::TextCount] = {
+    "Birthdate", "IRDnumber",    "PayRate", "Yearlytotal",
+    "Datehired", "Datefinished", "TaxCode", "KiwiSaverStartDate"};
+const char *const kListColumns[PayDetailsEditor::ListCount] = {
+    "EmployeeTypeID",   "TaxTypeID", "PayIntervalID",
+    "BankID",           "HeadingID", "EnterpriseID",
+    "KiwiSaverEnrolID", nullptr,     "KiwiSaverEmployerRateID"};
+
+// The contribution table's own first row, standing for no rate chosen.
+const QString kPleaseSelect = QStringLiteral("<Please Select>");
+constexpr qint32 kDefaultEnrolType = 6;
+
+bool isDateField(int field)
+{
+    return field == PayDetailsEditor::Birthdate || field == PayDetailsEditor::Datehired ||
+           field == PayDetailsEditor::Datefinished;
+}
+
+bool isMoneyField(int field)
+{
+    return field == PayDetailsEditor::PayRate || field == PayDetailsEditor::Yearlytotal;
+}
+
+bool hasPicker(int field)
+{
+    return isDateField(field) || field == PayDetailsEditor::KiwiSaverStartDate;
+}
+
+std::optional<QDate> typedDate(const QString &text)
+{
+    const auto parsed = SerialDate::parse(text);
+    return parsed ? std::optional<QDate>(parsed->date()) : std::nullopt;
+}
+
+QString employeeQuery(qint32 addressId)
+{
+    return "Select Distinctrow * from Employees where AddressID = " + QString::number(addressId);
+}
+
+// A value the column cannot take leaves it as it was: one bad field must not
+// stop the others.
+void setGuarded(Recordset &rs, const char *column, const QVariant &value)
+{
+    try {
+        rs.setValue(QString::fromLatin1(column), value);
+    } catch (const CvError &) {
+    }
+}
+
+// Errors a callee has already shown to the user before rethrowing.
+struct ReportedError
+{
+    CvError error;
+};
+
+template <typename Work> void reportedBy(Work &&work)
+{
+    try {
+        work();
+    } catch (const CvError &e) {
+        throw ReportedError{e};
+    }
+}
+
+} // namespace
+
+PayDetailsEditor::PayDetailsEditor(Host host, QObject *parent)
+    : QObject(parent), m_host(host),
+      m_payRateCaption(host == Host::Dialog ? QStringLiteral("Pay Rate")
+                                            : QStringLiteral("Pay Rate per head")),
+      m_grid(std::make_unique<DeductionGrid>())
+{
+}
+
+PayDetailsEditor::~PayDetailsEditor() = default;
+
+QString PayDetailsEditor::ePaymentCaption() const
+{
+    return m_host == Host::Dialog ? QStringLiteral("ePayment") : QStringLiteral("e-Payment");
+}
+
+QString PayDetailsEditor::text(int field) const
+{
+    return m_text.at(std::size_t(field));
+}
+
+ComboList &PayDetailsEditor::list(int index)
+{
+    return m_lists.at(std::size_t(index));
+}
+
+const ComboList &PayDetailsEditor::list(int index) const
+{
+    return m_lists.at(std::size_t(index));
+}
+
+QDate PayDetailsEditor::pickerDate(int field) const
+{
+    return hasPicker(field) ? m_pickers.at(std::size_t(field)) : QDate();
+}
+
+QString PayDetailsEditor::origin(const char *procedure) const
+{
+    return (m_host == Host::Dialog ? QStringLiteral(") was generated in frmPaydetails.")
+                                   : QStringLiteral(") was generated in frmAddresses.")) +
+           QLatin1String(procedure);
+}
+
+void PayDetailsEditor::touch()
+{
+    ++m_revision;
+    emit changed();
+}
+
+Database &PayDetailsEditor::farm()
+{
+    if (!m_farm)
+        throw CvError(CvError::ObjectRequired, "PayDetailsEditor", "Object required");
+    return *m_farm;
+}
+
+Database &PayDetailsEditor::wage()
+{
+    if (!m_wage)
+        throw CvError(CvError::ObjectRequired, "PayDetailsEditor", "Object required");
+    return *m_wage;
+}
+
+void PayDetailsEditor::loadFromSettings(qint32 addressId)
+{
+    try {
+        const Settings settings;
+        m_ownFarm = std::make_unique<Database>(settings.DatabaseName());
+        m_ownWage = std::make_unique<Database>(settings.WageDataBase());
+    } catch (const CvError &e) {
+        showErrorReport(e, QStringLiteral(") was generated in frmPaydetails.Form_Load"));
+        return;
+    }
+    load(*m_ownFarm, *m_ownWage, addressId);
+}
+
+void PayDetailsEditor::closeDatabases()
+{
+    m_farm = m_wage = nullptr;
+    m_ownWage.reset();
+    m_ownFarm.reset();
+}
+
+void PayDetailsEditor::load(Database &farmDb, Database &wageDb, qint32 addressId)
+{
+    m_farm = &farmDb;
+    m_wage = &wageDb;
+    m_addressId = addressId;
+    try {
+        Recordset rs(wageDb, employeeQuery(addressId), Recordset::Snapshot);
+        qint32 bank = 1;
+        qint32 enterprise = 1;
+        qint32 enrolType = 0;
+        qint32 employee = 0;
+        qint32 heading = wageAccount(farmDb);
+        qint32 occupation = 0;
+        qint32 taxType = 0;
+        qint32 interval = 0;
+        qint32 deduction = 0;
+        qint32 employerRate = 0;
+
+        if (rs.eof()) {
+            for (QString &t : m_text)
+                t.clear();
+            occupation = DefaultEmployeeTypeID(wageDb);
+            taxType = DefaultTaxTypeID(wageDb);
+            interval = DefaultPayIntervalID(wageDb);
+            enrolType = kDefaultEnrolType;
+            m_kiwiSaverEnrolled = false;
+            m_excludeIR348 = false;
+            m_includeESCT = false;
+        } else {
+            for (int i = 0; i < TextCount; ++i) {
+                const QVariant v = rs.value(QString::fromLatin1(kTextColumns[i]));
+                QString &t = m_text[std::size_t(i)];
+                if (v.isNull()) {
+                    t.clear();
+                    if (hasPicker(i))
+                        m_pickers[std::size_t(i)] = today();
+                } else if (v.metaType() == QMetaType::fromType<Money>()) {
+                    t = v.value<Money>().toString();
+                } else if (v.metaType() == QMetaType::fromType<QDateTime>()) {
+                    const QDate d = v.toDateTime().date();
+                    t = SerialDate::toShortText(d);
+                    if (isDateField(i))
+                        m_pickers[std::size_t(i)] = d;
+                } else {
+                    t = v.toString();
+                }
+            }
+            occupation = qint32(rs.value(QStringLiteral("EmployeeTypeID")).toLongLong());
+            taxType = qint32(rs.value(QStringLiteral("TaxTypeID")).toLongLong());
+            interval = qint32(rs.value(QStringLiteral("PayIntervalID")).toLongLong());
+            employee = qint32(rs.value(QStringLiteral("EmployeeID")).toLongLong());
+            const QVariant enrol = rs.value(QStringLiteral("KiwiSaverEnrolID"));
+            enrolType = enrol.isNull() ? kDefaultEnrolType : qint32(enrol.toLongLong());
+            if (rs.value(QStringLiteral("KiwiSaverEnrolled")).toBool()) {
+                m_kiwiSaverEnrolled = true;
+                deduction = KiwiSaverDeductID(wageDb, employee);
+                const QVariant rate = rs.value(QStringLiteral("KiwiSaverEmployerRateID"));
+                employerRate = rate.isNull() ? kDefaultEnrolType : qint32(rate.toLongLong());
+            } else {
+                m_kiwiSaverEnrolled = false;
+                employerRate = kDefaultEnrolType;
+            }
+            const QString &start = m_text[KiwiSaverStartDate];
+            if (!start.isEmpty()) {
+                if (const auto d = typedDate(start))
+                    m_pickers[KiwiSaverStartDate] = *d;
+            }
+            const QVariant bankValue = rs.value(QStringLiteral("BankID"));
+            bank = bankValue.isNull() ? 1 : qint32(bankValue.toLongLong());
+            const QVariant enterpriseValue = rs.value(QStringLiteral("EnterpriseID"));
+            enterprise = enterpriseValue.isNull() ? 1 : qint32(enterpriseValue.toLongLong());
+            heading = wageAccount(farmDb);
+            m_payRateCaption = payRateUnitCaption(occupation, wageDb);
+            // The dialog's tick is not bound: it shows the row's value so a close
+            // does not clear it.
+            m_excludeIR348 = rs.value(QStringLiteral("ExcludeIR348")).toBool();
+            m_includeESCT = rs.value(QStringLiteral("IncludeESCT")).toBool();
+        }
+        m_employeeId = employee;
+        m_bankId = bank;
+
+        const QString kiwisaver = QStringLiteral("\"kiwisaver\"");
+        FillDaoVBCombo(wageDb, m_lists[Occupation],
+                       "Select distinctrow EmployeeTypeID, EmployeeType from EmployeeAwardType "
+                       "ORDER BY Employeetype;",
+                       occupation, false, QString(), false, true, false);
+        FillDaoVBCombo(wageDb, m_lists[TaxType],
+                       "Select distinctrow TaxTypeID, TaxName from TaxTypes where CountryPhone = " +
+                           QString::number(countryCode()) +
+                           " or CountryPhone=0 ORDER BY TaxTypes.Order",
+                       taxType, false, QString(), false, true, false);
+        FillDaoVBCombo(wageDb, m_lists[PayInterval],
+                       "Select distinctrow PayIntervalID, IntervalName from PayInterval ORDER BY "
+                       "PayInterval.order;",
+                       interval, false, QString(), false, true, false);
+        FillDaoVBCombo(wageDb, m_lists[EmployeeRate],
+                       "SELECT DeductNames.* From DeductNames WHERE DeductNames.TaxName=" +
+                           kiwisaver + " ORDER BY DeductNames.Deductionname",
+                       deduction, false, QString(), false, true, false);
+        FillDaoVBCombo(wageDb, m_lists[EmployerRate],
+                       "SELECT ContributionNames.ContributionNameID, "
+                       "ContributionNames.ContributionName, ContributionNames.TaxName "
+                       "From ContributionNames WHERE ContributionNames.TaxName=" +
+                           kiwisaver + " ORDER BY ContributionNames.ContributionName",
+                       employerRate, false, QString(), false, true, false);
+        FillDaoVBCombo(wageDb, m_lists[EnrolmentType],
+                       QStringLiteral("SELECT KiwiSaverEnrollType.* From KiwiSaverEnrollType"),
+                       enrolType, false, QString(), false, true, false);
+        fillHeadingList(farmDb, m_lists[Heading], heading);
+        fillEnterpriseList(farmDb, m_lists[Enterprise], enterprise);
+        m_nonCash = bank >= FirstEPaymentBankId;
+        fillBankList();
+        fillEnterpriseList(farmDb, m_lists[Enterprise], enterprise);
+        rs.close();
+
+        FillDeductGrid(wageDb, m_employeeId, *m_grid, countryCode());
+        m_windowCaption = QStringLiteral("Employee Pay Information");
+        m_okCaption = QStringLiteral("&OK");
+    } catch (const CvError &e) {
+        showErrorReport(e, m_host == Host::Dialog
+                               ? QStringLiteral(") was generated in frmPaydetails.Form_Activate")
+                               : QStringLiteral(") was generated in frmAddresses.LoadWageTab"));
+    }
+    touch();
+}
+
+void PayDetailsEditor::fillBankList()
+{
+    m_bankListEnabled = true;
+    m_nonCash = ::fillBankList(farm(), m_lists[Bank], m_bankId);
+}
+
+void PayDetailsEditor::SaveWageForm()
+{
+    save(QStringLiteral(") was generated in SaveWageForm "));
+}
+
+void PayDetailsEditor::SaveWageTab()
+{
+    save(QStringLiteral(") was generated in SaveWageTAb "));
+}
+
+void PayDetailsEditor::save(const QString &origin)
+{
+    try {
+        // One transaction: a failure part way leaves the previous row and child rows.
+        wage().transaction([this] { saveRow(); });
+    } catch (const ReportedError &) {
+    } catch (const CvError &e) {
+        showErrorReport(e, origin);
+    }
+    touch();
+}
+
+void PayDetailsEditor::saveRow()
+{
+    Database &db = wage();
+    Recordset rs(db, employeeQuery(m_addressId));
+    if (rs.eof()) {
+        rs.addNew();
+        rs.setValue(QStringLiteral("AddressID"), m_addressId);
+    } else {
+        rs.edit();
+    }
+    for (int i = 0; i < KiwiSaverStartDate; ++i) {
+        const QString &t = m_text[std::size_t(i)];
+        setGuarded(rs, kTextColumns[i], t.isEmpty() ? QVariant() : QVariant(t));
+    }
+    for (int i = Occupation; i <= Enterprise; ++i) {
+        if (i == Heading || m_lists[std::size_t(i)].listIndex() < 0)
+            continue;
+        setGuarded(rs, kListColumns[i], m_lists[std::size_t(i)].currentData());
+    }
+    const qint32 employee = qint32(rs.value(QStringLiteral("EmployeeID")).toLongLong());
+
+    const bool member = IsKiwiSaverMemberType(db, m_lists[EnrolmentType].text());
+    rs.setValue(QStringLiteral("KiwiSaverEnrolled"), member);
+    rs.setValue(QStringLiteral("KiwiSaverEnrolID"), m_lists[EnrolmentType].currentData());
+
+    // An empty start date writes nothing: the editor never clears a stored one.
+    if (const auto start = typedDate(m_text[KiwiSaverStartDate]))
+        rs.setValue(QStringLiteral("KiwiSaverStartDate"), QDateTime(*start, QTime(0, 0)));
+
+    const qint32 employerRate = m_lists[EmployerRate].currentData();
+    if (member) {
+        reportedBy([&] {
+            SaveKiwiSaverDeductions(db, employee, m_lists[EmployeeRate].currentData(), false);
+        });
+        rs.setValue(QStringLiteral("KiwiSaverEmployerRateID"), employerRate);
+        reportedBy([&] { SaveKiwiSaverContributions(db, employee, employerRate, false); });
+    } else {
+        reportedBy([&] { SaveKiwiSaverDeductions(db, employee, 0, true); });
+        rs.setValue(QStringLiteral("KiwiSaverEmployerRateID"), QVariant());
+        reportedBy([&] { SaveKiwiSaverContributions(db, employee, 0, true); });
+    }
+    m_kiwiSaverEnrolled = member;
+    rs.setValue(QStringLiteral("ExcludeIR348"), m_excludeIR348);
+    rs.update();
+    m_employeeId = employee;
+    reportedBy([&] { SaveDeductXArray(*m_grid, db, employee); });
+}
+
+bool PayDetailsEditor::queryClose()
+{
+    try {
+        if (IsKiwiSaverMemberType(wage(), m_lists[EnrolmentType].text()) &&
+            m_lists[EmployerRate].text() == kPleaseSelect) {
+            SuiteMessageBox(QStringLiteral("KiwiSaver Employer Contribution Rate has not been "
+                                           "selected"),
+                            0, FirmName(), QStringLiteral("Incomplete Data"), QVariant(), 6, true);
+            return true;
+        }
+    } catch (const CvError &e) {
+        showErrorReport(e, QStringLiteral(") was generated in frmPaydetails.Form_QueryUnload"));
+    }
+    if (m_host == Host::Dialog) {
+        SaveWageForm();
+        closeDatabases();
+    } else {
+        SaveWageTab();
+    }
+    return false;
+}
+
+void PayDetailsEditor::captionPayRate(qint32 employeeTypeId)
+{
+    m_payRateCaption = payRateUnitCaption(employeeTypeId, wage());
+}
+
+void PayDetailsEditor::showRatesFor(bool member)
+{
+    m_kiwiSaverEnrolled = member;
+    m_ratesVisible = member;
+}
+
+void PayDetailsEditor::textFocusIn(int field)
+{
+    const QString &t = m_text.at(std::size_t(field));
+    QVariant &remembered = m_focusValue[std::size_t(field)];
+    if (isDateField(field)) {
+        const auto d = typedDate(t);
+        remembered = d ? QVariant(*d) : QVariant();
+    } else if (isMoneyField(field)) {
+        remembered = QVariant::fromValue(Money::parse(t.trimmed()).value_or(Money()));
+    } else {
+        remembered = t;
+    }
+    m_focusText[std::size_t(field)] = t;
+}
+
+void PayDetailsEditor::textEdited(int field, const QString &text)
+{
+    // The view already shows what was typed: no resync, so the cursor stays put.
+    m_text.at(std::size_t(field)) = text;
+}
+
+void PayDetailsEditor::normaliseText(int field)
+{
+    QString &t = m_text[std::size_t(field)];
+    if (isDateField(field)) {
+        if (t.isEmpty())
+            return;
+        const auto d = typedDate(t);
+        const QDate old = m_focusValue[std::size_t(field)].toDate();
+        t = d ? SerialDate::toShortText(*d)
+              : (old.isValid() ? SerialDate::toShortText(old) : QString());
+    } else if (isMoneyField(field)) {
+        if (t.isEmpty()) {
+            t = Money().toString();
+        } else if (const auto m = Money::parse(t)) {
+            t = m->toString();
+        } else {
+            t = m_focusText[std::size_t(field)];
+        }
+    }
+}
+
+void PayDetailsEditor::textFocusOut(int field)
+{
+    try {
+        normaliseText(field);
+        if (field == Datehired || field == Datefinished) {
+            const auto hired = typedDate(m_text[Datehired]);
+            const auto finished = typedDate(m_text[Datefinished]);
+            // Kept exactly as the suite has always done it: a hire date earlier than
+            // the finish date empties the finish date.
+            if (hired && finished && *hired < *finished)
+                m_text[Datefinished].clear();
+        }
+        const QVariant &old = m_focusValue[std::size_t(field)];
+        QString oldText;
+        if (isDateField(field))
+            oldText = old.isValid() ? SerialDate::toShortText(old.toDate()) : QString();
+        else if (isMoneyField(field))
+            oldText = old.value<Money>().toString();
+        else
+            oldText = old.toString();
+        logValueChange(qint16(field), m_text[std::size_t(field)], oldText, m_addressId);
+    } catch (const CvError &e) {
+        showErrorReport(e,
+                        origin(m_host == Host::Dialog ? "TxtWage_LostFocus" : "Text2_LostFocus"));
+    }
+    touch();
+}
+
+void PayDetailsEditor::listFocusIn(int index)
+{
+    m_focusListText.at(std::size_t(index)) = m_lists.at(std::size_t(index)).text();
+}
+
+void PayDetailsEditor::listChosen(int index, int itemIndex)
+{
+    ComboList &l = m_lists.at(std::size_t(index));
+    try {
+        l.setListIndex(itemIndex);
+        if (index == PayInterval)
+            logNamedFieldChange(l.text(), m_focusListText[PayInterval], qint16(index), m_addressId);
+        if (index == Bank)
+            m_bankId = l.currentData();
+    } catch (const CvError &e) {
+        showErrorReport(e, origin("cmbWage_Click"));
+    }
+    if (index == EnrolmentType)
+        enrolmentClicked();
+    else
+        touch();
+}
+
+void PayDetailsEditor::listFocusOut(int index)
+{
+    try {
+        if (index == Occupation)
+            captionPayRate(m_lists[Occupation].currentData());
+        logNamedFieldChange(m_lists.at(std::size_t(index)).text(),
+                            m_focusListText.at(std::size_t(index)), qint16(index), m_addressId);
+    } catch (const CvError &e) {
+        showErrorReport(e, origin("cmbWage_LostFocus"));
+    }
+    touch();
+}
+
+void PayDetailsEditor::enrolmentClicked()
+{
+    try {
+        showRatesFor(IsKiwiSaverMemberType(wage(), m_lists[EnrolmentType].text()));
+    } catch (const CvError &e) {
+        showErrorReport(e, origin("cmbWage_Click"));
+    }
+    touch();
+}
+
+void PayDetailsEditor::nonCashClicked(bool ticked)
+{
+    try {
+        // The switch always lands on the mode's default bank.
+        m_bankId = ticked ? defaultEPaymentBankId() : defaultCashBankId();
+        m_cashbookCaption =
+            ticked ? QStringLiteral("Payments (Net)") : QStringLiteral("Cashbook (Gross)");
+        fillBankList();
+    } catch (const CvError &e) {
+        showErrorReport(e, origin("chkNonCash_Click"));
+    }
+    touch();
+}
+
+void PayDetailsEditor::excludeIR348Clicked(bool ticked)
+{
+    m_excludeIR348 = ticked;
+    if (m_host == Host::Dialog)
+        SaveWageForm();
+    else
+        touch();
+}
+
+void PayDetailsEditor::esctClicked(bool ticked)
+{
+    m_includeESCT = ticked;
+    if (m_host == Host::WagesTab) {
+        // The tab's bound employee row stores this tick, not SaveWageTab.
+        try {
+            Recordset rs(wage(), employeeQuery(m_addressId));
+            if (!rs.eof()) {
+                rs.edit();
+                rs.setValue(QStringLiteral("IncludeESCT"), ticked);
+                rs.update();
+            }
+        } catch (const CvError &e) {
+            showErrorReport(e,
+                            QStringLiteral(") was generated in frmAddresses.chkIncudeESCT_Click"));
+        }
+    }
+    touch();
+}
+
+void PayDetailsEditor::datePicked(int field, QDate date)
+{
+    if (!hasPicker(field) || !date.isValid())
+        return;
+    m_pickers[std::size_t(field)] = date;
+    m_text[std::size_t(field)] = SerialDate::toShortText(date);
+    touch();
+}
+
+void PayDetailsEditor::gridCellEdited(int row, int column, const QVariant &value)
+{
+    try {
+        m_grid->setValue(row, column, value);
+        ChangeRate(*m_grid, row, qint16(column));
+    } catch (const CvError &e) {
+        showErrorReport(e, origin("tgrdDeductions_AfterColUpdate"));
+    }
+    touch();
+}

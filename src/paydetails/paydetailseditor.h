@@ -1,0 +1,163 @@
+#pragma once
+
+#include "controls/combolist.h"
+
+#include <array>
+#include <memory>
+#include <QDate>
+#include <QObject>
+#include <QString>
+#include <QVariant>
+
+class Database;
+class DeductionGrid;
+
+// One employee's pay details as the pay details dialog (frmPaydetails) and the
+// address window's wages tab both edit them: the Employees row, KiwiSaver
+// settings and standing deductions. The view shows this state, forwards the
+// user's events here, and resyncs whenever changed() fires (or revision() has
+// moved on).
+class PayDetailsEditor : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Host {
+        Dialog,  // frmPaydetails: saves with SaveWageForm, on every close
+        WagesTab // frmAddresses' wages tab (Text2): saves with SaveWageTab
+    };
+
+    // Text fields (TxtWage / Text2); the index decides the column.
+    enum TextField {
+        Birthdate = 0,
+        IRDnumber = 1,
+        PayRate = 2,
+        Yearlytotal = 3,
+        Datehired = 4,
+        Datefinished = 5,
+        TaxCode = 6,
+        KiwiSaverStartDate = 7,
+        TextCount = 8
+    };
+
+    // Lists (cmbWage); the index decides the column.
+    enum ListField {
+        Occupation = 0,
+        TaxType = 1,
+        PayInterval = 2,
+        Bank = 3,
+        Heading = 4, // shown, never saved
+        Enterprise = 5,
+        EnrolmentType = 6,
+        EmployeeRate = 7, // the KiwiSaver deduction
+        EmployerRate = 8,
+        ListCount = 9
+    };
+
+    explicit PayDetailsEditor(Host host, QObject *parent = nullptr);
+    ~PayDetailsEditor() override;
+
+    Host host() const { return m_host; }
+
+    // Loading. The dialog opens its own two data files (paths from Settings)
+    // and keeps them until closeDatabases(); the tab passes the window's own.
+    void loadFromSettings(qint32 addressId);
+    void load(Database &farm, Database &wage, qint32 addressId);
+    void closeDatabases();
+
+    // State the view shows.
+    QString text(int field) const;
+    ComboList &list(int index);
+    const ComboList &list(int index) const;
+    bool kiwiSaverEnrolled() const { return m_kiwiSaverEnrolled; } // chkKiwiSaverEnrolled
+    bool excludeIR348() const { return m_excludeIR348; }           // chkExcludeIR348
+    bool nonCash() const { return m_nonCash; }                     // chkNonCash
+    bool includeESCT() const { return m_includeESCT; }             // chkIncudeESCT (tab only)
+    bool bankListEnabled() const { return m_bankListEnabled; }
+    // Payslabel 4: "Pay Rate" / "Pay Rate per head" until captioned by unit.
+    QString payRateCaption() const { return m_payRateCaption; }
+    // Payslabel 13: "Cashbook (Gross)" by design; the e-payment switch re-captions it.
+    QString cashbookCaption() const { return m_cashbookCaption; }
+    QString ePaymentCaption() const; // "ePayment" / "e-Payment"
+    QString windowCaption() const { return m_windowCaption; }
+    QString okCaption() const { return m_okCaption; }
+    // Lists 7 and 8 with their labels (and, on the tab, the ESCT box): shown
+    // until an enrolment type is chosen; a load does not change it.
+    bool kiwiSaverRatesVisible() const { return m_ratesVisible; }
+    bool esctVisible() const { return m_host == Host::WagesTab && m_ratesVisible; }
+    // The date picker beside text field 0, 4, 5 or 7; invalid for other fields
+    // and until a load sets it (the picker then keeps the date it has).
+    QDate pickerDate(int field) const;
+    qint32 addressId() const { return m_addressId; }
+    qint32 employeeId() const { return m_employeeId; }
+    DeductionGrid &deductionGrid() { return *m_grid; }
+    const DeductionGrid &deductionGrid() const { return *m_grid; }
+    quint64 revision() const { return m_revision; }
+
+    // Events the view forwards.
+    void textFocusIn(int field);                     // the view selects the whole text itself
+    void textEdited(int field, const QString &text); // no changed(): the view shows it
+    void textFocusOut(int field);
+    void listFocusIn(int index);
+    void listChosen(int index, int itemIndex); // -1: nothing selected
+    void listFocusOut(int index);
+    void enrolmentClicked(); // list 6 clicked
+    void nonCashClicked(bool ticked);
+    void excludeIR348Clicked(bool ticked); // the dialog saves at once
+    void esctClicked(bool ticked);         // the tab stores IncludeESCT at once
+    void datePicked(int field, QDate date);
+    // A grid cell edited by the user: stores the value and recomputes the rate.
+    void gridCellEdited(int row, int column, const QVariant &value);
+
+    // The dialog's unload: true keeps it open ("Incomplete Data"); otherwise
+    // the pay details have been saved and the data files closed.
+    bool queryClose();
+
+    void SaveWageForm();
+    void SaveWageTab();
+
+signals:
+    void changed();
+
+private:
+    void touch();
+    // The closing text of an error report from one of the host's procedures.
+    QString origin(const char *procedure) const;
+    Database &farm();
+    Database &wage();
+    void fillBankList();
+    void captionPayRate(qint32 employeeTypeId);
+    void showRatesFor(bool member);
+    void normaliseText(int field);
+    void save(const QString &origin);
+    void saveRow();
+
+    Host m_host;
+    std::unique_ptr<Database> m_ownFarm;
+    std::unique_ptr<Database> m_ownWage;
+    Database *m_farm = nullptr;
+    Database *m_wage = nullptr;
+    qint32 m_addressId = 0;
+    qint32 m_employeeId = 0;
+    qint32 m_bankId = 1;
+    std::array<QString, TextCount> m_text;
+    std::array<ComboList, ListCount> m_lists;
+    std::array<QDate, TextCount> m_pickers;
+    bool m_kiwiSaverEnrolled = false;
+    bool m_excludeIR348 = false;
+    bool m_nonCash = false;
+    bool m_includeESCT = false;
+    bool m_bankListEnabled = false;
+    bool m_ratesVisible = true;
+    QString m_payRateCaption;
+    QString m_cashbookCaption = QStringLiteral("Cashbook (Gross)");
+    QString m_windowCaption;
+    QString m_okCaption;
+    // What a field or list held when it got the focus: the old value for
+    // reverting and for the change log.
+    std::array<QVariant, TextCount> m_focusValue;
+    std::array<QString, TextCount> m_focusText;
+    std::array<QString, ListCount> m_focusListText;
+    std::unique_ptr<DeductionGrid> m_grid;
+    quint64 m_revision = 0;
+};

@@ -1,0 +1,499 @@
+#include "paydetails/ui/paydetailspanel.h"
+
+#include "controls/ui/combodelegate.h"
+#include "controls/ui/datepicker.h"
+#include "paydetails/deductiongrid.h"
+#include "paydetails/ui/deductiongridmodel.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFocusEvent>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTabBar>
+#include <QTableView>
+#include <QTabWidget>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace {
+
+using Editor = PayDetailsEditor;
+
+// The width a line edit needs to show chars characters, frame included.
+int widthForChars(const QLineEdit *edit, int chars)
+{
+    const QFontMetrics fm = edit->fontMetrics();
+    // QLineEdit's size hint is seventeen "x" wide plus its frame and margins.
+    const int frame = edit->sizeHint().width() - 17 * fm.horizontalAdvance(QLatin1Char('x'));
+    return frame + (chars + 1) * fm.horizontalAdvance(QLatin1Char('0'));
+}
+
+// Room for "30/12/2010", and for "$123,456.00" in the money fields.
+constexpr int kDateChars = 10;
+constexpr int kMoneyChars = 13;
+constexpr int kCodeChars = 12;
+constexpr int kListChars = 24;
+
+QFormLayout *makeForm()
+{
+    auto *form = new QFormLayout;
+    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
+    form->setRowWrapPolicy(QFormLayout::DontWrapRows);
+    form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    form->setFormAlignment(Qt::AlignLeft | Qt::AlignTop);
+    form->setHorizontalSpacing(10);
+    form->setVerticalSpacing(6);
+    return form;
+}
+
+QLabel *makeLabel(const QString &text, QWidget *buddy)
+{
+    auto *label = new QLabel(text);
+    label->setBuddy(buddy);
+    return label;
+}
+
+// Mirrors a ComboList in a non-editable combo box.
+void mirrorCombo(QComboBox *combo, const ComboList &list)
+{
+    bool same = combo->count() == list.count();
+    for (int i = 0; same && i < list.count(); ++i) {
+        same = combo->itemText(i) == list.item(i).text &&
+               combo->itemData(i).toInt() == list.item(i).data;
+    }
+    if (!same) {
+        combo->clear();
+        for (const ComboItem &item : list.items())
+            combo->addItem(item.text, item.data);
+    }
+}
+
+} // namespace
+
+PayDetailsPanel::PayDetailsPanel(PayDetailsEditor &editor, QWidget *parent)
+    : QWidget(parent), m_editor(editor), m_dialog(editor.host() == Editor::Host::Dialog)
+{
+    setObjectName("PayDetailsPanel");
+    m_listRevisions.fill(~quint64(0));
+
+    auto *root = new QVBoxLayout(this);
+    root->setContentsMargins(0, 0, 0, 0);
+    root->setSpacing(12);
+    root->addWidget(buildFieldsArea());
+    root->addWidget(buildTabs(), 1);
+
+    setTabOrderChain();
+    // The panel sees every key and focus change before its controls do. The
+    // grid's cell editors come later and keep their own keys.
+    for (QWidget *child : findChildren<QWidget *>())
+        child->installEventFilter(this);
+    connectEditor();
+    syncFromEditor();
+}
+
+// ---- Layout ----------------------------------------------------------------
+
+QLineEdit *PayDetailsPanel::makeText(int field)
+{
+    auto *edit = new QLineEdit;
+    // The address window names its fields Text2, the dialog TxtWage.
+    edit->setObjectName((m_dialog ? QStringLiteral("TxtWage_") : QStringLiteral("Text2_")) +
+                        QString::number(field));
+    m_texts[std::size_t(field)] = edit;
+    switch (field) {
+    case Editor::PayRate:
+    case Editor::Yearlytotal:
+        edit->setAlignment(Qt::AlignRight);
+        edit->setFixedWidth(widthForChars(edit, kMoneyChars));
+        break;
+    case Editor::Birthdate:
+    case Editor::Datehired:
+    case Editor::Datefinished:
+    case Editor::KiwiSaverStartDate:
+        edit->setFixedWidth(widthForChars(edit, kDateChars));
+        break;
+    default:
+        edit->setFixedWidth(widthForChars(edit, kCodeChars));
+        break;
+    }
+    connect(edit, &QLineEdit::textEdited, this,
+            [this, field](const QString &text) { m_editor.textEdited(field, text); });
+    return edit;
+}
+
+QComboBox *PayDetailsPanel::makeList(int index)
+{
+    auto *combo = new QComboBox;
+    combo->setObjectName(QStringLiteral("cmbWage_%1").arg(index));
+    combo->setEditable(false);
+    combo->setMaxVisibleItems(16);
+    combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    combo->setMinimumContentsLength(kListChars);
+    m_lists[std::size_t(index)] = combo;
+    connect(combo, &QComboBox::activated, this, [this, index](int item) {
+        m_editor.listChosen(index, item);
+        // Choosing an enrolment type is the list's click.
+        if (index == Editor::EnrolmentType)
+            m_editor.enrolmentClicked();
+    });
+    return combo;
+}
+
+void PayDetailsPanel::addListRow(QFormLayout *form, const QString &caption, int index)
+{
+    QComboBox *combo = makeList(index);
+    m_listLabels[std::size_t(index)] = makeLabel(caption, combo);
+    form->addRow(m_listLabels[std::size_t(index)], combo);
+}
+
+QWidget *PayDetailsPanel::withPicker(int field)
+{
+    static const char *const names[Editor::TextCount] = {"CvDatePicker_BirthDate",
+                                                         nullptr,
+                                                         nullptr,
+                                                         nullptr,
+                                                         "CvDatePicker_HireDate",
+                                                         "CvDatePicker_FinishDate",
+                                                         nullptr,
+                                                         "CvDatePicker_KiwiSaverStartDate"};
+    auto *picker = new CvDatePicker;
+    picker->setObjectName(names[field]);
+    picker->setFocusPolicy(Qt::ClickFocus);
+    picker->setCompact(true);
+    picker->setToolTip(tr("Pick a date from the calendar"));
+    m_pickers[std::size_t(field)] = picker;
+    connect(picker, &CvDatePicker::datePicked, this,
+            [this, field](const QDate &date) { m_editor.datePicked(field, date); });
+
+    auto *row = new QWidget;
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(6);
+    layout->addWidget(makeText(field));
+    layout->addWidget(picker);
+    layout->addStretch();
+    return row;
+}
+
+QWidget *PayDetailsPanel::buildFieldsArea()
+{
+    auto *area = new QWidget;
+
+    const auto addText = [this](QFormLayout *form, const QString &caption, int field) {
+        QLineEdit *edit = makeText(field);
+        QLabel *label = makeLabel(caption, edit);
+        form->addRow(label, edit);
+        return label;
+    };
+
+    QFormLayout *left = makeForm();
+    addListRow(left, tr("Occupation"), Editor::Occupation);
+    addListRow(left, tr("Tax Type"), Editor::TaxType);
+    addText(left, tr("Tax Code"), Editor::TaxCode);
+    addText(left, tr("Tax Office Number"), Editor::IRDnumber);
+    addListRow(left, tr("Pay Interval"), Editor::PayInterval);
+    m_payRateLabel = addText(left, QString(), Editor::PayRate);
+    m_payRateLabel->setObjectName("Payslabel_4");
+    addText(left, tr("Salary"), Editor::Yearlytotal);
+
+    QFormLayout *right = makeForm();
+    right->addRow(tr("Birth Date"), withPicker(Editor::Birthdate));
+    right->addRow(tr("Date Hired"), withPicker(Editor::Datehired));
+    right->addRow(tr("Date Finished"), withPicker(Editor::Datefinished));
+    addListRow(right, tr("Bank"), Editor::Bank);
+
+    m_nonCash = new QCheckBox;
+    m_nonCash->setObjectName("chkNonCash");
+    m_cashbookLabel = new QLabel;
+    m_cashbookLabel->setObjectName("Payslabel_13");
+    auto *bankMode = new QHBoxLayout;
+    bankMode->setSpacing(16);
+    bankMode->addWidget(m_nonCash);
+    bankMode->addWidget(m_cashbookLabel);
+    bankMode->addStretch();
+    right->addRow(QString(), bankMode);
+
+    addListRow(right, tr("Heading"), Editor::Heading);
+    addListRow(right, tr("Enterprise"), Editor::Enterprise);
+    m_excludeIR348 = new QCheckBox(tr("Exclude from IR348"));
+    m_excludeIR348->setObjectName("chkExcludeIR348");
+    right->addRow(QString(), m_excludeIR348);
+
+    connect(m_nonCash, &QCheckBox::clicked, this,
+            [this](bool ticked) { m_editor.nonCashClicked(ticked); });
+    connect(m_excludeIR348, &QCheckBox::clicked, this,
+            [this](bool ticked) { m_editor.excludeIR348Clicked(ticked); });
+
+    auto *columns = new QHBoxLayout(area);
+    columns->setContentsMargins(0, 0, 0, 0);
+    columns->setSpacing(32);
+    columns->addLayout(left);
+    columns->addLayout(right);
+    columns->addStretch();
+    return area;
+}
+
+QWidget *PayDetailsPanel::buildTabs()
+{
+    m_tabs = new QTabWidget;
+    m_tabs->setObjectName("tabWages");
+    m_tabs->tabBar()->setFocusPolicy(Qt::ClickFocus);
+
+    auto *deductions = new QWidget;
+    deductions->setObjectName("pageDeductions");
+    m_gridModel = new DeductionGridModel(m_editor, this);
+    m_grid = new QTableView;
+    m_grid->setObjectName("tgrdDeductions");
+    m_grid->setModel(m_gridModel);
+    m_deductionDelegate = new ComboDelegate(m_grid);
+    m_grid->setItemDelegateForColumn(DeductionGrid::DeductIdColumn, m_deductionDelegate);
+    // The employee column only carries the row's owner.
+    m_grid->hideColumn(DeductionGrid::EmployeeIdColumn);
+    m_grid->setAlternatingRowColors(true);
+    m_grid->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_grid->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked |
+                            QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
+    m_grid->setTabKeyNavigation(false);
+    m_grid->verticalHeader()->setDefaultSectionSize(m_grid->fontMetrics().height() + 10);
+    m_grid->verticalHeader()->setFixedWidth(m_grid->fontMetrics().horizontalAdvance("*") + 16);
+    QHeaderView *header = m_grid->horizontalHeader();
+    header->setSectionResizeMode(DeductionGrid::DeductIdColumn, QHeaderView::Stretch);
+    const int moneyWidth = m_grid->fontMetrics().horizontalAdvance("Fixed Amount") + 40;
+    header->setSectionResizeMode(DeductionGrid::FixedAmountColumn, QHeaderView::Fixed);
+    header->setSectionResizeMode(DeductionGrid::SpecialRateColumn, QHeaderView::Fixed);
+    header->resizeSection(DeductionGrid::FixedAmountColumn, moneyWidth);
+    header->resizeSection(DeductionGrid::SpecialRateColumn, moneyWidth);
+    m_grid->setMinimumHeight(m_grid->verticalHeader()->defaultSectionSize() * 5 +
+                             header->sizeHint().height());
+
+    auto *deductionsLayout = new QVBoxLayout(deductions);
+    deductionsLayout->setContentsMargins(10, 10, 10, 10);
+    deductionsLayout->addWidget(m_grid);
+
+    m_tabs->addTab(deductions, tr("Deductions"));
+    m_tabs->addTab(buildKiwiSaverPage(), tr("KiwiSaver"));
+    return m_tabs;
+}
+
+QWidget *PayDetailsPanel::buildKiwiSaverPage()
+{
+    auto *page = new QWidget;
+    page->setObjectName("pageKiwiSaver");
+
+    m_kiwiSaverEnrolled = new QCheckBox(tr("KiwiSaver Member"));
+    m_kiwiSaverEnrolled->setObjectName("chkKiwiSaverEnrolled");
+    // Membership follows the enrolment type; the box only shows it.
+    m_kiwiSaverEnrolled->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_kiwiSaverEnrolled->setFocusPolicy(Qt::NoFocus);
+
+    QFormLayout *form = makeForm();
+    form->addRow(QString(), m_kiwiSaverEnrolled);
+    addListRow(form, tr("Enrolment Type"), Editor::EnrolmentType);
+    addListRow(form, tr("Employee Contribution Rate"), Editor::EmployeeRate);
+    addListRow(form, tr("Employer Contribution Rate"), Editor::EmployerRate);
+    form->addRow(tr("Start Date"), withPicker(Editor::KiwiSaverStartDate));
+    if (!m_dialog) {
+        m_includeESCT = new QCheckBox(tr("Include ESCT Deduction"));
+        m_includeESCT->setObjectName("chkIncudeESCT");
+        form->addRow(QString(), m_includeESCT);
+        connect(m_includeESCT, &QCheckBox::clicked, this,
+                [this](bool ticked) { m_editor.esctClicked(ticked); });
+    }
+
+    auto *layout = new QVBoxLayout(page);
+    layout->setContentsMargins(12, 12, 12, 12);
+    layout->addLayout(form);
+    layout->addStretch();
+    return page;
+}
+
+void PayDetailsPanel::setTabOrderChain()
+{
+    std::vector<QWidget *> chain = {m_lists[Editor::Occupation],
+                                    m_lists[Editor::TaxType],
+                                    m_texts[Editor::TaxCode],
+                                    m_texts[Editor::IRDnumber],
+                                    m_lists[Editor::PayInterval],
+                                    m_texts[Editor::PayRate],
+                                    m_texts[Editor::Yearlytotal],
+                                    m_texts[Editor::Birthdate],
+                                    m_texts[Editor::Datehired],
+                                    m_texts[Editor::Datefinished],
+                                    m_lists[Editor::Bank],
+                                    m_nonCash,
+                                    m_lists[Editor::Heading],
+                                    m_lists[Editor::Enterprise],
+                                    m_excludeIR348,
+                                    m_grid,
+                                    m_lists[Editor::EnrolmentType],
+                                    m_lists[Editor::EmployeeRate],
+                                    m_lists[Editor::EmployerRate],
+                                    m_texts[Editor::KiwiSaverStartDate]};
+    if (m_includeESCT)
+        chain.push_back(m_includeESCT);
+    for (std::size_t i = 1; i < chain.size(); ++i)
+        setTabOrder(chain[i - 1], chain[i]);
+}
+
+// ---- Editor to widgets -----------------------------------------------------
+
+void PayDetailsPanel::connectEditor()
+{
+    connect(&m_editor, &PayDetailsEditor::changed, this, &PayDetailsPanel::syncFromEditor);
+}
+
+void PayDetailsPanel::syncFromEditor()
+{
+    // A widget that loses the focus while it is hidden here reports to the
+    // editor, which changes again: finish this pass, then run another.
+    if (m_syncing) {
+        m_resyncPending = true;
+        return;
+    }
+    do {
+        m_resyncPending = false;
+        m_syncing = true;
+        syncOnce();
+        m_syncing = false;
+    } while (m_resyncPending);
+}
+
+void PayDetailsPanel::syncOnce()
+{
+    for (int i = 0; i < Editor::TextCount; ++i) {
+        QLineEdit *edit = m_texts[std::size_t(i)];
+        const QString text = m_editor.text(i);
+        // Setting an equal text would move the cursor under the user's hands.
+        if (edit->text() != text)
+            edit->setText(text);
+        if (CvDatePicker *picker = m_pickers[std::size_t(i)]) {
+            const QDate date = m_editor.pickerDate(i);
+            if (date.isValid() && picker->date() != date)
+                picker->setDate(date);
+        }
+    }
+    for (int i = 0; i < Editor::ListCount; ++i) {
+        const ComboList &list = m_editor.list(i);
+        QComboBox *combo = m_lists[std::size_t(i)];
+        if (list.revision() != m_listRevisions[std::size_t(i)]) {
+            mirrorCombo(combo, list);
+            m_listRevisions[std::size_t(i)] = list.revision();
+        }
+        combo->setCurrentIndex(list.listIndex());
+    }
+    m_lists[Editor::Bank]->setEnabled(m_editor.bankListEnabled());
+
+    const QString payRate = m_editor.payRateCaption();
+    m_payRateLabel->setText(payRate.isEmpty() ? tr("Pay Rate") : payRate);
+    m_cashbookLabel->setText(m_editor.cashbookCaption());
+    m_nonCash->setText(m_editor.ePaymentCaption());
+    m_nonCash->setChecked(m_editor.nonCash());
+    m_excludeIR348->setChecked(m_editor.excludeIR348());
+    m_kiwiSaverEnrolled->setChecked(m_editor.kiwiSaverEnrolled());
+
+    const bool rates = m_editor.kiwiSaverRatesVisible();
+    for (int index : {int(Editor::EmployeeRate), int(Editor::EmployerRate)}) {
+        m_lists[std::size_t(index)]->setVisible(rates);
+        m_listLabels[std::size_t(index)]->setVisible(rates);
+    }
+    if (m_includeESCT) {
+        m_includeESCT->setChecked(m_editor.includeESCT());
+        m_includeESCT->setVisible(m_editor.esctVisible());
+    }
+
+    const DeductionGrid &grid = m_editor.deductionGrid();
+    if (grid.revision() != m_gridRevision) {
+        m_gridRevision = grid.revision();
+        if (grid.columns().count() > DeductionGrid::DeductIdColumn)
+            m_deductionDelegate->setColumn(grid.columns().column(DeductionGrid::DeductIdColumn));
+        m_gridModel->refresh();
+        m_grid->viewport()->update();
+    }
+}
+
+// ---- Widgets to editor -----------------------------------------------------
+
+int PayDetailsPanel::textIndexOf(const QObject *object) const
+{
+    for (int i = 0; i < Editor::TextCount; ++i) {
+        if (m_texts[std::size_t(i)] == object)
+            return i;
+    }
+    return -1;
+}
+
+int PayDetailsPanel::listIndexOf(const QObject *object) const
+{
+    for (int i = 0; i < Editor::ListCount; ++i) {
+        if (m_lists[std::size_t(i)] == object)
+            return i;
+    }
+    return -1;
+}
+
+bool PayDetailsPanel::eventFilter(QObject *watched, QEvent *event)
+{
+    const auto *widget = qobject_cast<QWidget *>(watched);
+    // Pop-up lists and calendars are windows of their own: they keep their keys.
+    if (!widget || widget->window() != window())
+        return QWidget::eventFilter(watched, event);
+
+    switch (event->type()) {
+    case QEvent::KeyPress: {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
+            // Enter moves on, as Tab does.
+            focusNextChild();
+            return true;
+        }
+        break;
+    }
+    case QEvent::FocusIn:
+    case QEvent::FocusOut: {
+        const auto reason = static_cast<QFocusEvent *>(event)->reason();
+        // A pop-up or another window taking the focus is not the user leaving
+        // the field.
+        if (reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason)
+            break;
+        const bool in = event->type() == QEvent::FocusIn;
+        if (const int field = textIndexOf(watched); field >= 0) {
+            if (in) {
+                m_editor.textFocusIn(field);
+                // After the click that brought the focus has placed the cursor.
+                QTimer::singleShot(0, m_texts[std::size_t(field)], &QLineEdit::selectAll);
+            } else {
+                m_editor.textFocusOut(field);
+            }
+        } else if (const int list = listIndexOf(watched); list >= 0) {
+            if (in)
+                m_editor.listFocusIn(list);
+            else
+                m_editor.listFocusOut(list);
+        }
+        break;
+    }
+    default:
+        break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void PayDetailsPanel::leaveFocusedField()
+{
+    m_lastLeft = textIndexOf(QApplication::focusWidget());
+    if (m_lastLeft >= 0)
+        m_editor.textFocusOut(m_lastLeft);
+}
+
+void PayDetailsPanel::resumeField(int field)
+{
+    // The field keeps the focus; what it holds now is the value to revert to.
+    if (field >= 0 && field < Editor::TextCount)
+        m_editor.textFocusIn(field);
+}

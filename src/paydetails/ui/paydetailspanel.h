@@ -1,0 +1,83 @@
+#pragma once
+
+#include "paydetails/paydetailseditor.h"
+
+#include <array>
+#include <QWidget>
+
+class QCheckBox;
+class QComboBox;
+class QFormLayout;
+class QLabel;
+class QLineEdit;
+class QTabWidget;
+class QTableView;
+class ComboDelegate;
+class CvDatePicker;
+class DeductionGridModel;
+
+// The pay details fields, laid out once for both hosts: the dialog and the
+// address window's wages tab. It shows what the editor holds and forwards the
+// user's events to it; whenever the editor changes, the widgets are brought in
+// line with it, and since only user signals (edited, activated, clicked,
+// picked) are forwarded, mirroring never reads as a user action.
+class PayDetailsPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit PayDetailsPanel(PayDetailsEditor &editor, QWidget *parent = nullptr);
+
+    PayDetailsEditor &editor() const { return m_editor; }
+
+    // Tells the editor that the focused text field is being left, as when a
+    // host saves before the focus has moved.
+    void leaveFocusedField();
+    // The field leaveFocusedField() left, -1 when none; a host whose close is
+    // refused gives the focus back to it with resumeField().
+    int lastLeftField() const { return m_lastLeft; }
+    void resumeField(int field);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QLineEdit *makeText(int field);
+    QComboBox *makeList(int index);
+    void addListRow(QFormLayout *form, const QString &caption, int index);
+    QWidget *withPicker(int field);
+    QWidget *buildFieldsArea();
+    QWidget *buildTabs();
+    QWidget *buildKiwiSaverPage();
+    void connectEditor();
+    void setTabOrderChain();
+
+    void syncFromEditor();
+    void syncOnce();
+
+    int textIndexOf(const QObject *object) const;
+    int listIndexOf(const QObject *object) const;
+
+    PayDetailsEditor &m_editor;
+    bool m_dialog;
+    bool m_syncing = false;
+    bool m_resyncPending = false;
+    int m_lastLeft = -1;
+
+    std::array<QLineEdit *, PayDetailsEditor::TextCount> m_texts{};
+    std::array<CvDatePicker *, PayDetailsEditor::TextCount> m_pickers{};
+    std::array<QComboBox *, PayDetailsEditor::ListCount> m_lists{};
+    std::array<quint64, PayDetailsEditor::ListCount> m_listRevisions{};
+    std::array<QLabel *, PayDetailsEditor::ListCount> m_listLabels{};
+    QLabel *m_payRateLabel = nullptr;
+    QLabel *m_cashbookLabel = nullptr;
+    QCheckBox *m_nonCash = nullptr;
+    QCheckBox *m_excludeIR348 = nullptr;
+    QCheckBox *m_kiwiSaverEnrolled = nullptr;
+    QCheckBox *m_includeESCT = nullptr;
+    QTabWidget *m_tabs = nullptr;
+    QTableView *m_grid = nullptr;
+    DeductionGridModel *m_gridModel = nullptr;
+    ComboDelegate *m_deductionDelegate = nullptr;
+    quint64 m_gridRevision = ~quint64(0);
+};

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <memory>
+#include <QWidget>
+
+class Database;
+class PayDetailsEditor;
+class PayDetailsPanel;
+
+// The pay information page of the address window: the pay details of the
+// entry on screen, in the window's own data files. The window loads it when
+// an employee is shown and saves it (SaveWageTab) before it moves on.
+class WagesTab : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit WagesTab(QWidget *parent = nullptr);
+    ~WagesTab() override;
+
+    void loadWageTab(Database &farm, Database &wage, qint32 addressId);
+    void SaveWageTab();
+
+    PayDetailsEditor &editor() const { return *m_editor; }
+    PayDetailsPanel *panel() const { return m_panel; }
+
+private:
+    std::unique_ptr<PayDetailsEditor> m_editor;
+    PayDetailsPanel *m_panel = nullptr;
+};

@@ -1,0 +1,140 @@
+// What the editor's fields do as the user works in them: normalising or
+// reverting on exit, the hire/finish rule, the unit-of-pay caption, the
+// enrolment switch and the bank modes.
+#include "editor_fixture.h"
+#include "paydetails/employeedefaults.h"
+#include "paydetails/paydetailseditor.h"
+#include "support/qtprinters.h"
+
+using Editor = PayDetailsEditor;
+
+namespace {
+
+class EditorFields : public EditorBooks
+{
+protected:
+    void SetUp() override
+    {
+        EditorBooks::SetUp();
+        editor.load(*farm, *wage, 37);
+    }
+
+    void type(int field, const QString &text)
+    {
+        editor.textFocusIn(field);
+        editor.textEdited(field, text);
+        editor.textFocusOut(field);
+    }
+
+    QString notes()
+    {
+        Recordset rs(*farm, "SELECT notes FROM Addresses WHERE AddressID = 37");
+        return rs.value(0).toString();
+    }
+
+    Editor editor{Editor::Host::WagesTab};
+};
+
+} // namespace
+
+TEST_F(EditorFields, MoneyFieldsFormatRevertOrZeroAndLogTheNewRate)
+{
+    type(Editor::PayRate, "abc");
+    EXPECT_EQ(editor.text(Editor::PayRate), "$25.00");
+    EXPECT_TRUE(notes().isEmpty()) << "a revert is no change";
+
+    type(Editor::PayRate, "27.5");
+    EXPECT_EQ(editor.text(Editor::PayRate), "$27.50");
+    EXPECT_EQ(notes(), "[20/05/2024] Pay rate amended to $27.50 Head");
+    EXPECT_EQ(editor.text(Editor::Yearlytotal), "") << "salary never follows the rate";
+
+    type(Editor::PayRate, "");
+    EXPECT_EQ(editor.text(Editor::PayRate), "$0.00");
+}
+
+TEST_F(EditorFields, DateFieldsFormatOrRevert)
+{
+    type(Editor::Datehired, "31/02/2011");
+    EXPECT_EQ(editor.text(Editor::Datehired), "1/04/2010");
+    type(Editor::Birthdate, "3-7-85");
+    EXPECT_EQ(editor.text(Editor::Birthdate), "3/07/1985");
+    type(Editor::Datehired, "");
+    EXPECT_EQ(editor.text(Editor::Datehired), "");
+}
+
+TEST_F(EditorFields, HireBeforeFinishEmptiesTheFinishDate)
+{
+    // The suite's rule as it has always run: it empties a finish date after the hire date.
+    type(Editor::Datefinished, "30/06/2011");
+    EXPECT_EQ(editor.text(Editor::Datefinished), "");
+    EXPECT_EQ(editor.text(Editor::Datehired), "1/04/2010");
+
+    type(Editor::Datefinished, "1/03/2010");
+    EXPECT_EQ(editor.text(Editor::Datefinished), "1/03/2010");
+    type(Editor::Datehired, "1/04/2010");
+    EXPECT_EQ(editor.text(Editor::Datefinished), "1/03/2010");
+}
+
+TEST_F(EditorFields, OccupationCaptionsThePayRateByItsUnit)
+{
+    editor.listFocusIn(Editor::Occupation);
+    editor.listChosen(Editor::Occupation, 1); // "Relief milker": unit Null
+    ASSERT_EQ(editor.list(Editor::Occupation).text(), "Relief milker");
+    editor.listFocusOut(Editor::Occupation);
+    EXPECT_EQ(editor.payRateCaption(), "Pay Rate (per Hour)");
+    EXPECT_EQ(notes(), "[20/05/2024] Occupation changed to Relief milker");
+}
+
+TEST_F(EditorFields, EnrolmentShowsRatesOnlyForMembers)
+{
+    editor.listChosen(Editor::EnrolmentType, 2); // "Not enrolled"
+    EXPECT_FALSE(editor.kiwiSaverEnrolled());
+    EXPECT_FALSE(editor.kiwiSaverRatesVisible());
+    EXPECT_FALSE(editor.esctVisible());
+    editor.listChosen(Editor::EnrolmentType, 1); // "Opted in"
+    EXPECT_TRUE(editor.kiwiSaverEnrolled());
+    EXPECT_TRUE(editor.kiwiSaverRatesVisible());
+    EXPECT_TRUE(editor.esctVisible());
+}
+
+TEST_F(EditorFields, BankModesFollowTheIdentifierAndTheDefaults)
+{
+    wage->execute("UPDATE Employees SET BankID = 995 WHERE AddressID = 37");
+    editor.load(*farm, *wage, 37);
+    EXPECT_TRUE(editor.nonCash());
+    EXPECT_EQ(editor.list(Editor::Bank).count(), 2);
+    EXPECT_EQ(editor.list(Editor::Bank).currentData(), 995);
+
+    // Before the address window looks them up both defaults are 0.
+    editor.nonCashClicked(true);
+    EXPECT_FALSE(editor.nonCash()) << "0 is a cash identifier";
+    EXPECT_EQ(editor.list(Editor::Bank).count(), 2);
+
+    lookupDefaultBanks(*farm);
+    editor.nonCashClicked(true);
+    EXPECT_EQ(editor.list(Editor::Bank).currentData(), 995);
+    EXPECT_EQ(editor.cashbookCaption(), "Payments (Net)");
+    editor.nonCashClicked(false);
+    EXPECT_EQ(editor.list(Editor::Bank).currentData(), 1);
+    EXPECT_EQ(editor.cashbookCaption(), "Cashbook (Gross)");
+
+    // With no e-payment account, ticking lands on 995, which is not listed.
+    farm->execute("DELETE FROM Banks WHERE AccountType = 1");
+    lookupDefaultBanks(*farm);
+    editor.nonCashClicked(true);
+    EXPECT_TRUE(editor.nonCash());
+    EXPECT_EQ(editor.list(Editor::Bank).count(), 0);
+    farm->execute("DELETE FROM Banks");
+    lookupDefaultBanks(*farm);
+    EXPECT_EQ(defaultCashBankId(), 0);
+    EXPECT_EQ(defaultEPaymentBankId(), 995);
+}
+
+TEST_F(EditorFields, UnknownEnrolmentTypeIsReportedAsNoMember)
+{
+    EXPECT_FALSE(IsKiwiSaverMemberType(*wage, "No such type"));
+    ASSERT_EQ(messages.requests.size(), 1u);
+    EXPECT_TRUE(messages.requests[0].prompt.endsWith(") was generated in IsKiwiSaverMemberType"));
+    EXPECT_EQ(KiwiSaverDeductID(*wage, 5), 1);
+    EXPECT_EQ(KiwiSaverDeductID(*wage, 99), 0);
+}

@@ -1,0 +1,151 @@
+// Loading and saving the pay details: the new employee's row, the close check,
+// guarded field writes, and the one transaction around the whole save.
+#include "data/cverror.h"
+#include "data/money.h"
+#include "editor_fixture.h"
+#include "paydetails/paydetailseditor.h"
+#include "support/qtprinters.h"
+
+#include <QSqlQuery>
+
+using Editor = PayDetailsEditor;
+
+namespace {
+
+int indexOfText(const ComboList &list, const QString &text)
+{
+    for (int i = 0; i < list.count(); ++i)
+        if (list.item(i).text == text)
+            return i;
+    return -1;
+}
+
+void choose(Editor &editor, int list, const QString &text)
+{
+    editor.listChosen(list, indexOfText(editor.list(list), text));
+}
+
+} // namespace
+
+TEST_F(EditorBooks, NewEmployeeGetsItsRowWithTheDefaultsOnClose)
+{
+    Editor editor(Editor::Host::Dialog);
+    editor.loadFromSettings(38);
+    EXPECT_EQ(editor.employeeId(), 0);
+    EXPECT_EQ(editor.list(Editor::EnrolmentType).text(), "Not enrolled");
+    EXPECT_EQ(editor.payRateCaption(), "Pay Rate");
+    EXPECT_FALSE(editor.queryClose());
+
+    EXPECT_EQ(stored(38, "EmployeeTypeID").toInt(), 1);
+    EXPECT_EQ(stored(38, "TaxTypeID").toInt(), 1);
+    EXPECT_EQ(stored(38, "PayIntervalID").toInt(), 1);
+    EXPECT_EQ(stored(38, "BankID").toInt(), 1);
+    EXPECT_EQ(stored(38, "EnterpriseID").toInt(), 1);
+    EXPECT_EQ(stored(38, "KiwiSaverEnrolID").toInt(), 6);
+    EXPECT_FALSE(stored(38, "KiwiSaverEnrolled").toBool());
+    EXPECT_TRUE(stored(38, "HeadingID").isNull());
+    EXPECT_TRUE(stored(38, "PayRate").isNull());
+    EXPECT_TRUE(messages.requests.empty());
+}
+
+TEST_F(EditorBooks, MemberWithoutEmployerRateStaysOpenNonMemberCloses)
+{
+    Editor editor(Editor::Host::Dialog);
+    editor.load(*farm, *wage, 38);
+    choose(editor, Editor::EnrolmentType, "Member too"); // KSMember 5 is membership too
+    EXPECT_TRUE(editor.kiwiSaverEnrolled());
+    ASSERT_EQ(editor.list(Editor::EmployerRate).text(), "<Please Select>");
+    EXPECT_TRUE(editor.queryClose());
+    EXPECT_EQ(messages.titles(), QStringList{"Incomplete Data"});
+    EXPECT_EQ(messages.requests.at(0).prompt,
+              "KiwiSaver Employer Contribution Rate has not been selected");
+    EXPECT_TRUE(stored(38, "EmployeeID").isNull()) << "nothing saved while it stays open";
+
+    choose(editor, Editor::EnrolmentType, "Not enrolled");
+    EXPECT_FALSE(editor.queryClose());
+    EXPECT_EQ(messages.requests.size(), 1u);
+    EXPECT_FALSE(stored(38, "EmployeeID").isNull());
+}
+
+TEST_F(EditorBooks, LoadShowsTheRowAndSaveGuardsEachField)
+{
+    Editor editor(Editor::Host::WagesTab);
+    editor.load(*farm, *wage, 37);
+    EXPECT_EQ(editor.employeeId(), 5);
+    EXPECT_EQ(editor.text(Editor::PayRate), "$25.00");
+    EXPECT_EQ(editor.text(Editor::Datehired), "1/04/2010");
+    EXPECT_EQ(editor.pickerDate(Editor::Datehired), QDate(2010, 4, 1));
+    EXPECT_EQ(editor.pickerDate(Editor::Birthdate), QDate(2024, 5, 20)) << "Null: today";
+    EXPECT_EQ(editor.text(Editor::KiwiSaverStartDate), "1/07/2012");
+    EXPECT_EQ(editor.payRateCaption(), "Pay Rate (per Head)");
+    EXPECT_EQ(editor.list(Editor::EmployeeRate).text(), "KiwiSaver 3%");
+    EXPECT_EQ(editor.list(Editor::EmployerRate).text(), "Employer 3%");
+    EXPECT_EQ(editor.list(Editor::Heading).currentData(), 401001);
+    EXPECT_EQ(editor.list(Editor::Bank).currentData(), 2);
+    EXPECT_FALSE(editor.nonCash());
+    EXPECT_EQ(editor.list(Editor::Enterprise).text(), "Sheep");
+
+    // A value the column refuses leaves it; an emptied one stores Null; the
+    // heading list never reaches HeadingID; a cleared start date is kept.
+    editor.textEdited(Editor::PayRate, "abc");
+    editor.textEdited(Editor::Yearlytotal, "52000");
+    editor.textEdited(Editor::Datehired, "");
+    editor.textEdited(Editor::KiwiSaverStartDate, "");
+    editor.textEdited(Editor::TaxCode, "M");
+    choose(editor, Editor::Heading, "Wages - casual");
+    editor.SaveWageTab();
+    EXPECT_EQ(stored(37, "PayRate").value<Money>(), Money::fromUnits(25));
+    EXPECT_EQ(stored(37, "Yearlytotal").value<Money>(), Money::fromUnits(52000));
+    EXPECT_TRUE(stored(37, "Datehired").isNull());
+    EXPECT_EQ(stored(37, "KiwiSaverStartDate").toDateTime().date(), QDate(2012, 7, 1));
+    EXPECT_EQ(stored(37, "TaxCode").toString(), "M");
+    EXPECT_EQ(stored(37, "HeadingID").toInt(), 777);
+
+    editor.textEdited(Editor::PayRate, "");
+    editor.SaveWageTab();
+    EXPECT_TRUE(stored(37, "PayRate").isNull());
+    EXPECT_TRUE(messages.requests.empty());
+}
+
+TEST_F(EditorBooks, LeavingKiwiSaverRemovesItsRowsAndKeepsOrdinaryDeductions)
+{
+    Editor editor(Editor::Host::Dialog);
+    editor.load(*farm, *wage, 37);
+    choose(editor, Editor::EnrolmentType, "Not enrolled");
+    editor.excludeIR348Clicked(true); // the dialog saves at once
+    EXPECT_TRUE(stored(37, "ExcludeIR348").toBool());
+    EXPECT_FALSE(stored(37, "KiwiSaverEnrolled").toBool());
+    EXPECT_TRUE(stored(37, "KiwiSaverEmployerRateID").isNull());
+    EXPECT_EQ(count("SELECT COUNT(*) FROM EmployeeDeductions WHERE EmployeeID = 5"), 1);
+    EXPECT_EQ(count("SELECT COUNT(*) FROM EmployerContributions WHERE EmployeeID = 5"), 0);
+}
+
+TEST_F(EditorBooks, FailedSavePartWayLeavesThePreviousRows)
+{
+    Editor editor(Editor::Host::WagesTab);
+    editor.load(*farm, *wage, 37);
+    choose(editor, Editor::EmployeeRate, "KiwiSaver 4%");
+    editor.textEdited(Editor::TaxCode, "ME");
+    // Ordinary deductions are written last: make that step fail.
+    QSqlQuery trigger(wage->connection());
+    ASSERT_TRUE(trigger.exec("CREATE TRIGGER refuse BEFORE INSERT ON EmployeeDeductions "
+                             "WHEN NEW.TaxName IS NULL BEGIN SELECT RAISE(ABORT, 'refused'); END"));
+    editor.SaveWageTab();
+
+    EXPECT_EQ(messages.requests.size(), 1u) << "reported once, by the step that failed";
+    EXPECT_TRUE(stored(37, "TaxCode").isNull());
+    EXPECT_EQ(count("SELECT DeductID FROM EmployeeDeductions WHERE EmployeeID = 5 AND "
+                    "TaxName = 'KiwiSaver'"),
+              1);
+    EXPECT_EQ(count("SELECT COUNT(*) FROM EmployeeDeductions WHERE EmployeeID = 5"), 2);
+    EXPECT_FALSE(wage->inTransaction());
+}
+
+TEST_F(EditorBooks, EsctTickIsStoredByTheTabItself)
+{
+    Editor editor(Editor::Host::WagesTab);
+    editor.load(*farm, *wage, 37);
+    EXPECT_TRUE(editor.esctVisible());
+    editor.esctClicked(true);
+    EXPECT_TRUE(stored(37, "IncludeESCT").toBool());
+}

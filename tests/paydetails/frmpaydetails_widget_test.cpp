@@ -1,0 +1,236 @@
+// The pay details dialog's wiring: picks, keys, closing and the deductions
+// grid reach the editor, and the widgets show what it holds. The rules are
+// tested on the editor. Also grabs the dialog to PNG for a person to look at.
+#include "data/database.h"
+#include "data/recordset.h"
+#include "data/serialdate.h"
+#include "paydetails/deductiongrid.h"
+#include "paydetails/paydetailseditor.h"
+#include "paydetails/ui/frmpaydetails.h"
+#include "paydetails/ui/wagestab.h"
+#include "startup/messageservice.h"
+#include "suitefiles.h"
+#include "support/qtprinters.h"
+#include "support/tempsuite.h"
+
+#include <gtest/gtest.h>
+#include <iostream>
+#include <memory>
+#include <QApplication>
+#include <QCalendarWidget>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QDir>
+#include <QLineEdit>
+#include <QTableView>
+#include <QTabWidget>
+#include <QTest>
+
+namespace {
+
+using Editor = PayDetailsEditor;
+
+// Answers every message with OK and keeps the prompts.
+class QuietMessages : public MessageService
+{
+public:
+    QuietMessages() : m_previous(messageService()) { setMessageService(this); }
+    ~QuietMessages() override { setMessageService(m_previous); }
+    qint16 show(const MessageRequest &request) override
+    {
+        prompts << request.prompt;
+        return ResultOk;
+    }
+    QStringList prompts;
+
+private:
+    MessageService *m_previous;
+};
+
+class PayDialogTest : public ::testing::Test
+{
+protected:
+    void SetUp() override { SuiteFiles::demoSuite(suite.dir(), true); }
+    void TearDown() override
+    {
+        if (dialog && dialog->isVisible())
+            dialog->close();
+        dialog.reset();
+        EXPECT_TRUE(messages.prompts.isEmpty()) << messages.prompts.join('\n').toStdString();
+    }
+
+    // The first value of a query on a data file.
+    QVariant lookUp(const QString &path, const QString &sql) const
+    {
+        Database db(path);
+        Recordset rs(db, sql, Recordset::Snapshot);
+        return rs.eof() ? QVariant() : rs.value(0);
+    }
+    qint32 addressOf(const QString &name) const
+    {
+        return lookUp(suite.farmPath(),
+                      "SELECT AddressID FROM Addresses WHERE BusName = \"" + name + "\"")
+            .toInt();
+    }
+
+    void open(qint32 addressId)
+    {
+        dialog = std::make_unique<frmPaydetails>(addressId);
+        dialog->show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
+    }
+    template <typename T> T *child(const QString &name) const
+    {
+        T *widget = dialog->findChild<T *>(name);
+        EXPECT_NE(widget, nullptr) << name.toStdString();
+        return widget;
+    }
+    QLineEdit *text(int field) const
+    {
+        return child<QLineEdit>(QStringLiteral("TxtWage_%1").arg(field));
+    }
+    void focus(QWidget *widget)
+    {
+        widget->setFocus(Qt::MouseFocusReason);
+        ASSERT_TRUE(QTest::qWaitFor([widget] { return widget->hasFocus(); }));
+        // The field selects its text once the focusing click is done.
+        QApplication::processEvents();
+    }
+
+    TempSuite suite{false};
+    QuietMessages messages;
+    std::unique_ptr<frmPaydetails> dialog;
+};
+
+TEST_F(PayDialogTest, APickedDateIsWrittenIntoItsField)
+{
+    open(addressOf("Mereana Hōhaia"));
+    auto *picker = child<QDateEdit>("CvDatePicker_HireDate");
+    const QDate expected = picker->date().addDays(7);
+    QTest::mouseClick(picker, Qt::LeftButton, {},
+                      QPoint(picker->width() - 6, picker->height() / 2));
+    QCalendarWidget *calendar = picker->calendarWidget();
+    ASSERT_TRUE(QTest::qWaitFor([calendar] { return calendar->isVisible(); }));
+    QWidget *days = calendar->focusWidget() ? calendar->focusWidget() : calendar;
+    QTest::keyClick(days, Qt::Key_Down);
+    QTest::keyClick(days, Qt::Key_Return);
+    EXPECT_EQ(dialog->editor().text(Editor::Datehired), SerialDate::toShortText(expected));
+    EXPECT_EQ(text(Editor::Datehired)->text(), SerialDate::toShortText(expected));
+}
+
+TEST_F(PayDialogTest, EnterMovesToTheNextFieldAndTheCloseBoxSaves)
+{
+    const qint32 id = addressOf("Mereana Hōhaia");
+    open(id);
+    focus(text(Editor::TaxCode));
+    QTest::keyClicks(text(Editor::TaxCode), "ME");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(QApplication::focusWidget(), text(Editor::IRDnumber));
+    // Typed but not yet left: the close still takes it.
+    QTest::keyClicks(text(Editor::IRDnumber), "123-456-789");
+    dialog->close();
+    EXPECT_FALSE(dialog->isVisible());
+    const QString where = " FROM Employees WHERE AddressID = " + QString::number(id);
+    EXPECT_EQ(lookUp(suite.wagePath(), "SELECT TaxCode" + where).toString(), "ME");
+    EXPECT_EQ(lookUp(suite.wagePath(), "SELECT IRDnumber" + where).toString(), "123-456-789");
+}
+
+TEST_F(PayDialogTest, TheDeductionDropDownWritesTheDeductionsId)
+{
+    open(addressOf("Mereana Hōhaia"));
+    auto *grid = child<QTableView>("tgrdDeductions");
+    const DeductionGrid &rows = dialog->editor().deductionGrid();
+    ASSERT_GE(rows.rowCount(), 1);
+    const QModelIndex cell = grid->model()->index(0, DeductionGrid::DeductIdColumn);
+    const QPoint at = grid->visualRect(cell).center();
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, at);
+    QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, at);
+    auto *combo = grid->findChild<QComboBox *>("gridCombo");
+    ASSERT_NE(combo, nullptr);
+    const int next = combo->currentIndex() + 1 < combo->count() ? combo->currentIndex() + 1 : 0;
+    const QVariant id = combo->itemData(next);
+    QTest::keyClick(combo, next == 0 ? Qt::Key_Home : Qt::Key_Down);
+    EXPECT_EQ(rows.value(0, DeductionGrid::DeductIdColumn).toLongLong(), id.toLongLong());
+
+    // A deduction chosen in the empty last row adds a row.
+    ASSERT_TRUE(QTest::qWaitFor([grid] { return !grid->findChild<QComboBox *>("gridCombo"); }));
+    const int before = rows.rowCount();
+    const QPoint last =
+        grid->visualRect(grid->model()->index(before, DeductionGrid::DeductIdColumn)).center();
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, last);
+    QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, last);
+    combo = grid->findChild<QComboBox *>("gridCombo");
+    ASSERT_NE(combo, nullptr);
+    QTest::keyClick(combo, Qt::Key_End);
+    ASSERT_EQ(rows.rowCount(), before + 1);
+    EXPECT_EQ(rows.value(before, DeductionGrid::DeductIdColumn).toLongLong(),
+              combo->itemData(combo->count() - 1).toLongLong());
+    EXPECT_EQ(grid->model()->rowCount(), before + 2);
+}
+
+// Pictures of the dialog for a person to look at.
+class PayDialogScreenshots : public PayDialogTest
+{
+protected:
+    void grab(const QString &name)
+    {
+        const QString folder = QDir::currentPath() + "/screenshots";
+        QDir().mkpath(folder);
+        QApplication::processEvents();
+        const QString path = folder + '/' + name;
+        ASSERT_TRUE(dialog->grab().save(path)) << path.toStdString();
+        std::cout << "screenshot: " << path.toStdString() << std::endl;
+    }
+    void showKiwiSaver() { child<QTabWidget>("tabWages")->setCurrentIndex(1); }
+};
+
+TEST_F(PayDialogScreenshots, EmployeesOfTheDemoBook)
+{
+    // The first entry without an Employees row yet.
+    qint32 newcomer = 0;
+    for (qint32 id = 1; newcomer == 0; ++id) {
+        if (lookUp(suite.wagePath(),
+                   "SELECT EmployeeID FROM Employees WHERE AddressID = " + QString::number(id))
+                .isNull())
+            newcomer = id;
+    }
+    open(newcomer);
+    grab("frmpaydetails_new.png");
+    dialog.reset();
+
+    open(addressOf("Aroha Tāwhiri"));
+    grab("frmpaydetails_member.png");
+    showKiwiSaver();
+    grab("frmpaydetails_member_kiwisaver.png");
+    dialog.reset();
+
+    open(addressOf("Sione Fifita"));
+    showKiwiSaver();
+    grab("frmpaydetails_nonmember_kiwisaver.png");
+    dialog.reset();
+
+    open(addressOf("Hemi Walker"));
+    grab("frmpaydetails_epayment.png");
+    dialog.reset();
+
+    open(addressOf("Mereana Hōhaia"));
+    grab("frmpaydetails_cash.png");
+}
+
+TEST_F(PayDialogScreenshots, WagesTabOfTheAddressWindow)
+{
+    Database farm(suite.farmPath());
+    Database wage(suite.wagePath());
+    WagesTab tab;
+    tab.loadWageTab(farm, wage, addressOf("Aroha Tāwhiri"));
+    tab.resize(tab.sizeHint());
+    tab.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&tab));
+    tab.findChild<QTabWidget *>("tabWages")->setCurrentIndex(1);
+    QApplication::processEvents();
+    const QString folder = QDir::currentPath() + "/screenshots";
+    QDir().mkpath(folder);
+    ASSERT_TRUE(tab.grab().save(folder + "/wagestab_member_kiwisaver.png"));
+}
+
+} // namespace
