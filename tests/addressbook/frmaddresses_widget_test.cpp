@@ -6,6 +6,9 @@
 #include "addressbook/ui/addressbookwindow.h"
 #include "addressbook/ui/frmaddresses.h"
 #include "controls/inputboxservice.h"
+#include "data/database.h"
+#include "data/money.h"
+#include "data/recordset.h"
 #include "startup/addressglobals.h"
 #include "startup/messageservice.h"
 #include "suitefiles.h"
@@ -359,6 +362,45 @@ TEST(AddressBookWindowTest, ModalShowReturnsWhenClosedAndSaves)
     EXPECT_EQ(city->text(), "Ohaupo");
     window.form()->close();
     EXPECT_EQ(closedSignals, 2);
+    AddressGlobals::reset();
+}
+
+// The employee window's Pay Information page is the pay details editor: a rate
+// typed there is saved to the employee's row when the user picks another name.
+TEST(AddressBookWindowTest, PayInformationPageSavesWhenTheEntryChanges)
+{
+    TempSuite suite(false);
+    SuiteFiles::demoSuite(suite.dir(), true);
+    QuietMessages messages;
+    AddressGlobals::reset();
+    AddressGlobals::LaunchMode = 1;
+
+    AddressBookWindow window;
+    window.showModeless();
+    frmAddresses *form = window.form();
+    ASSERT_NE(form, nullptr);
+    Logic &logic = form->logic();
+    form->findChild<QTabWidget *>("Tab1")->setCurrentIndex(logic.payTab());
+    ASSERT_EQ(logic.currentTab(), logic.payTab());
+    const qint32 employee = logic.shownAddressId();
+
+    auto *rate = form->findChild<QLineEdit *>("Text2_2");
+    ASSERT_NE(rate, nullptr);
+    rate->setFocus(Qt::MouseFocusReason);
+    ASSERT_TRUE(QTest::qWaitFor([rate] { return rate->hasFocus(); }));
+    rate->selectAll();
+    QTest::keyClicks(rate, "41.25");
+    QTest::keyClick(rate, Qt::Key_Tab);
+    logic.chooseName(1);
+    ASSERT_NE(logic.shownAddressId(), employee);
+
+    Database wage(suite.wagePath());
+    Recordset row(
+        wage,
+        QStringLiteral("Select Distinctrow * from Employees where AddressID = %1").arg(employee));
+    ASSERT_FALSE(row.eof());
+    EXPECT_EQ(row.value("PayRate").value<Money>(), Money::fromScaled(412500));
+    form->close();
     AddressGlobals::reset();
 }
 

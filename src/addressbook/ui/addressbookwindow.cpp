@@ -25,6 +25,10 @@ void AddressBookWindow::load()
     m_logic->setInputBox(&m_inputBox);
     m_logic->setHelpOpener(&m_helpOpener);
     m_form = new frmAddresses(*m_logic);
+    m_wagesTabHook = std::make_unique<WagesTabHook>(*m_form->wagesTab());
+    m_logic->setWageTab(m_wagesTabHook.get());
+    m_payDetailsOpener = PayDetailsDialogOpener(m_form);
+    m_logic->setPayDetailsOpener(&m_payDetailsOpener);
     connect(m_form, &frmAddresses::closed, this, &AddressBookWindow::formClosed);
     m_logic->load();
 }

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "addressbook/ui/desktophelpopener.h"
+#include "addressbook/ui/paydetailsdialogopener.h"
+#include "addressbook/ui/wagestabhook.h"
 #include "controls/ui/inputbox.h"
 #include "startup/addresswindow.h"
 
+#include <memory>
 #include <QPointer>
 
 class AddressBookLogic;
@@ -38,6 +41,8 @@ private:
     frmAddresses *m_form = nullptr;
     InputBox m_inputBox;
     DesktopHelpOpener m_helpOpener;
+    PayDetailsDialogOpener m_payDetailsOpener;
+    std::unique_ptr<WagesTabHook> m_wagesTabHook;
     bool m_open = false;
     QPointer<QEventLoop> m_modalLoop;
 };

@@ -1,5 +1,7 @@
 #include "addressbook/ui/frmaddresses.h"
 
+#include "paydetails/ui/wagestab.h"
+
 #include "controls/alphalistproperties.h"
 #include "controls/ui/alphalist.h"
 
@@ -331,7 +333,9 @@ QWidget *frmAddresses::buildPayPage()
     buttonRow->addWidget(m_editPays);
     buttonRow->addStretch();
     frameLayout->addLayout(buttonRow);
-    frameLayout->addStretch();
+
+    m_wagesTab = new WagesTab(page);
+    frameLayout->insertWidget(0, m_wagesTab, 1);
 
     auto *layout = new QVBoxLayout(page);
     layout->setContentsMargins(12, 12, 12, 8);

@@ -20,6 +20,8 @@ class AlphaList;
 // forwards the user's actions to it; every rule lives in the logic. Whenever
 // the logic's state changes, the widgets are brought in line with it, with
 // their signals blocked so that mirroring never reads as a user action.
+class WagesTab;
+
 class frmAddresses : public QWidget
 {
     Q_OBJECT
@@ -29,6 +31,8 @@ public:
     ~frmAddresses() override;
 
     AddressBookLogic &logic() const { return m_logic; }
+    // The pay information page's editor (employee mode).
+    WagesTab *wagesTab() const { return m_wagesTab; }
 
 signals:
     // The window has closed and the logic has unloaded.
@@ -92,6 +96,7 @@ private:
 
     QFrame *m_payFrame = nullptr;
     QPushButton *m_editPays = nullptr;
+    WagesTab *m_wagesTab = nullptr;
 
     QFrame *m_notesArea = nullptr;
     QPlainTextEdit *m_notes = nullptr;
