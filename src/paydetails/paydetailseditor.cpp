@@ -281,6 +281,11 @@ void PayDetailsEditor::load(Database &farmDb, Database &wageDb, qint32 addressId
         fillHeadingList(farmDb, m_lists[Heading], heading);
         fillEnterpriseList(farmDb, m_lists[Enterprise], enterprise);
         m_nonCash = bank >= FirstEPaymentBankId;
+        // Opened on an employee, the page should read as it will after a click:
+        // the label of the bank's mode, and the rates only for a member.
+        m_cashbookCaption =
+            m_nonCash ? QStringLiteral("Payments (Net)") : QStringLiteral("Cashbook (Gross)");
+        m_ratesVisible = m_kiwiSaverEnrolled;
         fillBankList();
         fillEnterpriseList(farmDb, m_lists[Enterprise], enterprise);
         rs.close();

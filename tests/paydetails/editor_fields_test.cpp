@@ -87,6 +87,13 @@ TEST_F(EditorFields, OccupationCaptionsThePayRateByItsUnit)
 
 TEST_F(EditorFields, EnrolmentShowsRatesOnlyForMembers)
 {
+    // As loaded: entry 37 is a member; the new hand (no row) is not.
+    EXPECT_TRUE(editor.kiwiSaverRatesVisible());
+    Editor newHand(Editor::Host::Dialog);
+    newHand.load(*farm, *wage, 38);
+    EXPECT_FALSE(newHand.kiwiSaverRatesVisible());
+    EXPECT_EQ(newHand.cashbookCaption(), "Cashbook (Gross)");
+
     editor.listChosen(Editor::EnrolmentType, 2); // "Not enrolled"
     EXPECT_FALSE(editor.kiwiSaverEnrolled());
     EXPECT_FALSE(editor.kiwiSaverRatesVisible());
@@ -104,6 +111,7 @@ TEST_F(EditorFields, BankModesFollowTheIdentifierAndTheDefaults)
     EXPECT_TRUE(editor.nonCash());
     EXPECT_EQ(editor.list(Editor::Bank).count(), 2);
     EXPECT_EQ(editor.list(Editor::Bank).currentData(), 995);
+    EXPECT_EQ(editor.cashbookCaption(), "Payments (Net)");
 
     // Before the address window looks them up both defaults are 0.
     editor.nonCashClicked(true);
