@@ -1,5 +1,7 @@
 #include "addressbook/ui/frmaddresses.h"
 
+#include "controls/ui/combomirror.h"
+
 #include "paydetails/ui/wagestab.h"
 
 #include "controls/alphalistproperties.h"
@@ -91,23 +93,6 @@ QLabel *remarkLabel(const char *name, QWidget *parent)
     label->setObjectName(name);
     label->setForegroundRole(QPalette::PlaceholderText);
     return label;
-}
-
-// Mirrors a ComboList in a non-editable combo box; the items are replaced
-// only when they differ, so a large name list is not rebuilt on every move.
-void mirrorCombo(QComboBox *combo, const ComboList &list)
-{
-    bool same = combo->count() == list.count();
-    for (int i = 0; same && i < list.count(); ++i) {
-        same = combo->itemText(i) == list.item(i).text &&
-               combo->itemData(i).toInt() == list.item(i).data;
-    }
-    if (!same) {
-        combo->clear();
-        for (const ComboItem &item : list.items())
-            combo->addItem(item.text, item.data);
-    }
-    combo->setCurrentIndex(list.listIndex());
 }
 
 } // namespace
@@ -534,11 +519,11 @@ void frmAddresses::syncTabs()
 void frmAddresses::syncFields()
 {
     if (m_logic.nameList().revision() != m_namesRevision) {
-        mirrorCombo(m_names, m_logic.nameList());
+        mirrorComboList(m_names, m_logic.nameList());
         m_namesRevision = m_logic.nameList().revision();
     }
     if (m_logic.headingList().revision() != m_headingsRevision) {
-        mirrorCombo(m_heading, m_logic.headingList());
+        mirrorComboList(m_heading, m_logic.headingList());
         m_headingsRevision = m_logic.headingList().revision();
     }
 

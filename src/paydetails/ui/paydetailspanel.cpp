@@ -1,5 +1,6 @@
 #include "paydetails/ui/paydetailspanel.h"
 
+#include "controls/ui/combomirror.h"
 #include "controls/ui/combodelegate.h"
 #include "controls/ui/datepicker.h"
 #include "paydetails/deductiongrid.h"
@@ -57,21 +58,6 @@ QLabel *makeLabel(const QString &text, QWidget *buddy)
     auto *label = new QLabel(text);
     label->setBuddy(buddy);
     return label;
-}
-
-// Mirrors a ComboList in a non-editable combo box.
-void mirrorCombo(QComboBox *combo, const ComboList &list)
-{
-    bool same = combo->count() == list.count();
-    for (int i = 0; same && i < list.count(); ++i) {
-        same = combo->itemText(i) == list.item(i).text &&
-               combo->itemData(i).toInt() == list.item(i).data;
-    }
-    if (!same) {
-        combo->clear();
-        for (const ComboItem &item : list.items())
-            combo->addItem(item.text, item.data);
-    }
 }
 
 } // namespace
@@ -382,7 +368,7 @@ void PayDetailsPanel::syncOnce()
         const ComboList &list = m_editor.list(i);
         QComboBox *combo = m_lists[std::size_t(i)];
         if (list.revision() != m_listRevisions[std::size_t(i)]) {
-            mirrorCombo(combo, list);
+            mirrorComboList(combo, list);
             m_listRevisions[std::size_t(i)] = list.revision();
         }
         combo->setCurrentIndex(list.listIndex());
