@@ -194,10 +194,5 @@ BENCHMARK(BM_OpenWindow_Logic)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillise
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
-    QuietMessages messages;
-    setMessageService(&messages);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

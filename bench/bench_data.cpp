@@ -98,8 +98,5 @@ BENCHMARK(BM_NameList_Recordset)->Arg(1000)->Arg(100000)->Unit(benchmark::kMilli
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

@@ -203,10 +203,5 @@ BENCHMARK(BM_EditorSave_Logic)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillise
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
-    QuietMessages messages;
-    setMessageService(&messages);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

@@ -6,6 +6,7 @@
 #include "startup/messageservice.h"
 #include "suitefiles.h"
 
+#include <benchmark/benchmark.h>
 #include <cstdio>
 #include <map>
 #include <memory>
@@ -32,4 +33,17 @@ inline QString bookFor(int addresses)
         SuiteFiles::bulkSuite(dir->path(), addresses, addresses / 5);
     }
     return dir->path();
+}
+
+// Runs the registered benchmarks with messages answered quietly; the caller
+// has made its application object.
+inline int runBenchmarks(int argc, char **argv)
+{
+    QuietMessages messages;
+    setMessageService(&messages);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    setMessageService(nullptr);
+    return 0;
 }

@@ -12,6 +12,7 @@
 #include "startup/addressglobals.h"
 #include "startup/messageservice.h"
 #include "suitefiles.h"
+#include "support/messagerecorder.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"
 
@@ -35,23 +36,6 @@
 namespace {
 
 using Logic = AddressBookLogic;
-
-// Answers every message with OK (No for a question) and keeps the prompts.
-class QuietMessages : public MessageService
-{
-public:
-    QuietMessages() : m_previous(messageService()) { setMessageService(this); }
-    ~QuietMessages() override { setMessageService(m_previous); }
-    qint16 show(const MessageRequest &request) override
-    {
-        prompts << request.prompt;
-        return request.buttons == 4 ? ResultNo : ResultOk;
-    }
-    QStringList prompts;
-
-private:
-    MessageService *m_previous;
-};
 
 class ScriptedInputBox : public InputBoxService
 {
@@ -138,7 +122,7 @@ protected:
     }
 
     TempSuite suite{false};
-    QuietMessages messages;
+    MessageRecorder messages;
     ScriptedInputBox inputBox;
     RecordingHelp help;
     std::unique_ptr<Logic> logic;
@@ -304,7 +288,7 @@ TEST_F(WindowTest, AddAsksForTheNameAndShowsTheNewEntry)
     EXPECT_EQ(names()->currentText(), "Zephyr Contracting");
     EXPECT_EQ(field(Logic::BusName)->text(), "Zephyr Contracting");
     EXPECT_EQ(names()->count(), logic->nameList().count());
-    EXPECT_TRUE(messages.prompts.isEmpty());
+    EXPECT_TRUE(messages.requests.empty());
 }
 
 TEST_F(WindowTest, F1OpensHelpAndTheHourglassFollowsTheLogic)
@@ -327,7 +311,7 @@ TEST(AddressBookWindowTest, ModalShowReturnsWhenClosedAndSaves)
 {
     TempSuite suite(false);
     SuiteFiles::demoSuite(suite.dir(), true);
-    QuietMessages messages;
+    MessageRecorder messages;
     AddressGlobals::reset();
 
     AddressBookWindow window;
@@ -371,7 +355,7 @@ TEST(AddressBookWindowTest, PayInformationPageSavesWhenTheEntryChanges)
 {
     TempSuite suite(false);
     SuiteFiles::demoSuite(suite.dir(), true);
-    QuietMessages messages;
+    MessageRecorder messages;
     AddressGlobals::reset();
     AddressGlobals::LaunchMode = 1;
 

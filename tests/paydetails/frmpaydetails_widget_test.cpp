@@ -10,6 +10,7 @@
 #include "paydetails/ui/wagestab.h"
 #include "startup/messageservice.h"
 #include "suitefiles.h"
+#include "support/messagerecorder.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"
 
@@ -30,23 +31,6 @@ namespace {
 
 using Editor = PayDetailsEditor;
 
-// Answers every message with OK and keeps the prompts.
-class QuietMessages : public MessageService
-{
-public:
-    QuietMessages() : m_previous(messageService()) { setMessageService(this); }
-    ~QuietMessages() override { setMessageService(m_previous); }
-    qint16 show(const MessageRequest &request) override
-    {
-        prompts << request.prompt;
-        return ResultOk;
-    }
-    QStringList prompts;
-
-private:
-    MessageService *m_previous;
-};
-
 class PayDialogTest : public ::testing::Test
 {
 protected:
@@ -56,7 +40,7 @@ protected:
         if (dialog && dialog->isVisible())
             dialog->close();
         dialog.reset();
-        EXPECT_TRUE(messages.prompts.isEmpty()) << messages.prompts.join('\n').toStdString();
+        EXPECT_TRUE(messages.requests.empty()) << messages.titles().join('\n').toStdString();
     }
 
     // The first value of a query on a data file.
@@ -98,7 +82,7 @@ protected:
     }
 
     TempSuite suite{false};
-    QuietMessages messages;
+    MessageRecorder messages;
     std::unique_ptr<frmPaydetails> dialog;
 };
 
