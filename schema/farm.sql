@@ -3,6 +3,11 @@
 -- LONG, SHORT, TEXT(n), MEMO TEXT, CURRENCY (ten-thousandths), DATETIME (serial
 -- days since 1899-12-30), YESNO (-1 true, 0 false), SINGLE, DOUBLE.
 
+-- 64 KiB pages: an entry's notes memo grows with every logged pay change, and
+-- SQLite rewrites a changed text whole; on large pages that costs a few page
+-- writes, not hundreds.
+PRAGMA page_size = 65536;
+
 CREATE TABLE Addresses (
     AddressID        INTEGER PRIMARY KEY AUTOINCREMENT,
     BusName          TEXT(255) COLLATE NOCASE,

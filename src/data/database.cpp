@@ -143,6 +143,14 @@ int Database::execute(const QString &jetSql)
     return q.numRowsAffected();
 }
 
+int Database::execute(const QString &jetSql, const QVariantList &values)
+{
+    m_state->requireOpen(Source);
+    QSqlQuery q = m_state->query();
+    m_state->run(q, JetSql::translate(jetSql), values, Source);
+    return q.numRowsAffected();
+}
+
 void Database::beginTransaction()
 {
     DatabaseState &s = *m_state;

@@ -39,6 +39,8 @@ public:
     // rows it changed. Throws CvError when it fails; a transaction in progress is
     // then rolled back.
     int execute(const QString &jetSql);
+    // The same with values bound in order to the statement's ? markers.
+    int execute(const QString &jetSql, const QVariantList &values);
 
     // Write transactions take the write lock at once (BEGIN IMMEDIATE), so they
     // wait for another writer up to the busy timeout instead of failing midway.

@@ -3,7 +3,6 @@
 #include "data/cverror.h"
 #include "data/database.h"
 #include "data/money.h"
-#include "data/recordset.h"
 #include "data/serialdate.h"
 #include "startup/clock.h"
 #include "startup/errorreport.h"
@@ -114,14 +113,12 @@ void appendToNotes(const QString &line, qint32 addressId)
         return;
     try {
         Database farm(Settings().DatabaseName());
-        Recordset rs(farm, "Select distinctrow notes from Addresses where AddressID = " +
-                               QString::number(addressId));
-        if (rs.eof())
-            return;
-        const QString notes = rs.value(0).toString();
-        rs.edit();
-        rs.setValue(0, notes.isEmpty() ? line : notes + QStringLiteral("\r\n") + line);
-        rs.update();
+        // The line is appended inside the database: notes that have grown large are
+        // not read into the program and written back whole for every logged change.
+        // No row for the identifier changes nothing.
+        farm.execute(QStringLiteral("UPDATE Addresses SET notes = CASE WHEN notes IS NULL OR "
+                                    "notes = '' THEN ? ELSE notes || ? END WHERE AddressID = ?"),
+                     {line, QString(QStringLiteral("\r\n") + line), addressId});
     } catch (const CvError &error) {
         showErrorReport(error, AppendToNotesOrigin);
     }

@@ -139,7 +139,7 @@ TEST(SqlTextsTest, EveryStatementOfTheModuleRunsOnTheSchema)
             Recordset(farm, "Select distinctrow * from Addresses where addressid = 39").eof());
     }
 
-    // Notes: load, save, and the change log's append.
+    // Notes: load and save (the change log appends with its own statement, tested with it).
     EXPECT_EQ(column(farm, "Select distinctrow notes from Addresses where addressid = 37", "notes"),
               QStringList({"first line"}));
     {
@@ -147,14 +147,9 @@ TEST(SqlTextsTest, EveryStatementOfTheModuleRunsOnTheSchema)
         rs.edit();
         rs.setValue("notes", "saved");
         rs.update();
-        Recordset log(farm, "Select distinctrow notes from Addresses where AddressID = 37");
-        log.edit();
-        log.setValue("notes",
-                     log.value("notes").toString() + "\r\n[1/04/2010] Finished on 1/04/2010");
-        log.update();
     }
     EXPECT_EQ(column(farm, "Select distinctrow notes from Addresses where addressid = 37", "notes"),
-              QStringList({"saved\r\n[1/04/2010] Finished on 1/04/2010"}));
+              QStringList({"saved"}));
     EXPECT_EQ(column(farm, "Select distinctrow notes from Addresses where addressid = 38", "notes"),
               QStringList({""})); // Null
 

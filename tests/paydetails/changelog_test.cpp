@@ -8,6 +8,7 @@
 #include "support/tempsuite.h"
 
 #include <gtest/gtest.h>
+#include <QFile>
 
 namespace {
 
@@ -59,6 +60,24 @@ TEST_F(ChangeLogTest, NamedFieldsCompareCaseSensitively)
     EXPECT_EQ(notes(), "[22/11/2026] Occupation changed to Shepherd\r\n"
                        "[22/11/2026]  changed to x");
     EXPECT_TRUE(messages.requests.empty());
+}
+
+TEST_F(ChangeLogTest, AppendsAfterExistingNotesOrReportsAFailure)
+{
+    suite.execFarm("UPDATE Addresses SET notes = 'Started on the Tāwhiti block' "
+                   "WHERE AddressID = 5");
+    logNamedFieldChange("Herd Manager", "", 0, 5);
+    EXPECT_EQ(notes(), "Started on the Tāwhiti block\r\n"
+                       "[22/11/2026] Occupation changed to Herd Manager");
+
+    // A data file that cannot be written: the error is reported and the notes stay.
+    QFile::setPermissions(suite.farmPath(), QFile::ReadOwner | QFile::ReadUser);
+    logNamedFieldChange("Shepherd", "Herd Manager", 0, 5);
+    QFile::setPermissions(suite.farmPath(), QFile::ReadOwner | QFile::WriteOwner);
+    ASSERT_EQ(messages.requests.size(), 1u);
+    EXPECT_TRUE(messages.requests[0].prompt.contains("AppendToNotes"));
+    EXPECT_EQ(notes(), "Started on the Tāwhiti block\r\n"
+                       "[22/11/2026] Occupation changed to Herd Manager");
 }
 
 } // namespace

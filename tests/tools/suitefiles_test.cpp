@@ -16,6 +16,9 @@ TEST(SuiteFiles, InitLaysOutTheSharedFolderAndNeverOverwrites)
     SuiteFiles::initSuite(suite.dir());
     EXPECT_EQ(BookQuery(suite.farmPath()).value("SELECT BusName FROM Addresses"), "Kept");
     EXPECT_TRUE(BookQuery(suite.wagePath()).rows("SELECT * FROM Employees").isEmpty());
+    // Large pages keep a growing notes memo cheap to rewrite; they only take when set
+    // before the first table.
+    EXPECT_EQ(BookQuery(suite.farmPath()).count("PRAGMA page_size"), 65536);
 
     // The INI file has CR LF lines and upper-case headers, which ReadIni insists on, and
     // leaves the data paths to their defaults.
