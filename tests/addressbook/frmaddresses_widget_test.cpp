@@ -5,6 +5,7 @@
 #include "addressbook/helpopener.h"
 #include "addressbook/ui/addressbookwindow.h"
 #include "addressbook/ui/frmaddresses.h"
+#include "addressbook/ui/wagestabhook.h"
 #include "controls/inputboxservice.h"
 #include "data/database.h"
 #include "data/money.h"
@@ -68,6 +69,7 @@ protected:
         if (form && form->isVisible())
             form->close();
         form.reset();
+        wagesHook.reset();
         logic.reset();
         AddressGlobals::reset();
     }
@@ -84,8 +86,11 @@ protected:
         logic = std::make_unique<Logic>();
         logic->setInputBox(&inputBox);
         logic->setHelpOpener(&help);
-        logic->load();
         form = std::make_unique<frmAddresses>(*logic);
+        // The Pay Information page shows the employee, as in the real window.
+        wagesHook = std::make_unique<WagesTabHook>(*form->wagesTab());
+        logic->setWageTab(wagesHook.get());
+        logic->load();
         form->show();
         logic->activate();
         form->activateWindow();
@@ -127,6 +132,7 @@ protected:
     RecordingHelp help;
     std::unique_ptr<Logic> logic;
     std::unique_ptr<frmAddresses> form;
+    std::unique_ptr<WagesTabHook> wagesHook;
 };
 
 TEST_F(WindowTest, EnterMovesOnAndCtrlEnterMakesANewLineInTheNotes)
@@ -226,6 +232,7 @@ TEST_F(WindowTest, PayInformationTabAndEmployeeSwitchOnlyInEmployeeMode)
     EXPECT_EQ(captions, QStringList({"Addresses", "Notes"}));
     EXPECT_FALSE(child<QCheckBox>("chk_employee")->isVisible());
     EXPECT_TRUE(child<QWidget>("AlphaListFilter")->isEnabled());
+    EXPECT_TRUE(child<QPushButton>("cmdEditPays")->isVisible());
     TearDown();
 
     open(EmployeeMode);
@@ -235,8 +242,7 @@ TEST_F(WindowTest, PayInformationTabAndEmployeeSwitchOnlyInEmployeeMode)
     EXPECT_EQ(captions, QStringList({"Addresses", "Pay Information", "Notes"}));
     EXPECT_TRUE(child<QCheckBox>("chk_employee")->isVisible());
     EXPECT_FALSE(child<QWidget>("AlphaListFilter")->isEnabled());
-    auto *editPays = child<QPushButton>("cmdEditPays");
-    EXPECT_EQ(tabs()->widget(1)->findChild<QPushButton *>("cmdEditPays"), editPays);
+    EXPECT_FALSE(child<QPushButton>("cmdEditPays")->isVisible());
 
     // The switch's caption clicks the switch.
     auto *sw = child<QCheckBox>("chk_employee");
@@ -385,6 +391,59 @@ TEST(AddressBookWindowTest, PayInformationPageSavesWhenTheEntryChanges)
     ASSERT_FALSE(row.eof());
     EXPECT_EQ(row.value("PayRate").value<Money>(), Money::fromScaled(412500));
     form->close();
+    AddressGlobals::reset();
+}
+
+// In the address book, Edit Pay Details opens the pay dialog for an employee's entry;
+// its change log shows on the Notes tab afterwards.
+TEST(AddressBookWindowTest, EditPayDetailsOpensThePayDialogForEmployees)
+{
+    TempSuite suite(false);
+    SuiteFiles::demoSuite(suite.dir(), true);
+    MessageRecorder messages;
+    AddressGlobals::reset();
+
+    AddressBookWindow window;
+    window.showModeless();
+    frmAddresses *form = window.form();
+    ASSERT_NE(form, nullptr);
+    Logic &logic = form->logic();
+    auto *names = form->findChild<QComboBox *>("cmbName");
+    auto *editPays = form->findChild<QPushButton *>("cmdEditPays");
+    logic.chooseName(names->findText("Tāmaki Vets"));
+    EXPECT_FALSE(editPays->isEnabled());
+    logic.chooseName(names->findText("Wiremu Ngata"));
+    ASSERT_TRUE(editPays->isEnabled());
+    const qint32 employee = logic.shownAddressId();
+
+    QString caption;
+    QTimer::singleShot(0, [&] {
+        QWidget *dialog = QApplication::activeModalWidget();
+        ASSERT_NE(dialog, nullptr);
+        caption = dialog->windowTitle();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(dialog));
+        auto *rate = dialog->findChild<QLineEdit *>("TxtWage_2");
+        ASSERT_NE(rate, nullptr);
+        rate->setFocus(Qt::MouseFocusReason);
+        ASSERT_TRUE(QTest::qWaitFor([rate] { return rate->hasFocus(); }));
+        rate->selectAll();
+        QTest::keyClicks(rate, "33.5");
+        dialog->close();
+    });
+    QTest::mouseClick(editPays, Qt::LeftButton);
+    EXPECT_EQ(caption, "Employee Pay Information");
+
+    Database wage(suite.wagePath());
+    Recordset row(
+        wage, QStringLiteral("SELECT PayRate FROM Employees WHERE AddressID = %1").arg(employee));
+    ASSERT_FALSE(row.eof());
+    EXPECT_EQ(row.value(0).value<Money>(), Money::fromScaled(335000));
+    logic.nextTab();
+    EXPECT_TRUE(form->findChild<QPlainTextEdit *>("txtNotes")
+                    ->toPlainText()
+                    .endsWith(QStringLiteral("Pay rate amended to $33.50 Hour")));
+    form->close();
+    EXPECT_TRUE(messages.requests.empty()) << messages.titles().join('\n').toStdString();
     AddressGlobals::reset();
 }
 

@@ -308,19 +308,10 @@ QWidget *frmAddresses::buildPayPage()
 
     m_payFrame = new QFrame(page);
     m_payFrame->setObjectName("Frame1");
-    m_editPays = new QPushButton(m_payFrame);
-    m_editPays->setObjectName("cmdEditPays");
-    connect(m_editPays, &QPushButton::clicked, this, [this] { m_logic.editPayDetails(); });
-
     auto *frameLayout = new QVBoxLayout(m_payFrame);
     frameLayout->setContentsMargins(0, 0, 0, 0);
-    auto *buttonRow = new QHBoxLayout;
-    buttonRow->addWidget(m_editPays);
-    buttonRow->addStretch();
-    frameLayout->addLayout(buttonRow);
-
     m_wagesTab = new WagesTab(page);
-    frameLayout->insertWidget(0, m_wagesTab, 1);
+    frameLayout->addWidget(m_wagesTab, 1);
 
     auto *layout = new QVBoxLayout(page);
     layout->setContentsMargins(12, 12, 12, 8);
@@ -369,12 +360,15 @@ QWidget *frmAddresses::buildButtonRow()
     m_delete->setObjectName("cmdDelete");
     m_close = new QPushButton(row);
     m_close->setObjectName("cmdClose");
+    m_editPays = new QPushButton(row);
+    m_editPays->setObjectName("cmdEditPays");
 
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
     layout->addWidget(m_mergeRemark);
     layout->addStretch();
+    layout->addWidget(m_editPays);
     layout->addWidget(m_add);
     layout->addWidget(m_delete);
     layout->addSpacing(16);
@@ -382,6 +376,7 @@ QWidget *frmAddresses::buildButtonRow()
 
     connect(m_add, &QPushButton::clicked, this, [this] { m_logic.addEntry(); });
     connect(m_delete, &QPushButton::clicked, this, [this] { m_logic.deleteEntry(); });
+    connect(m_editPays, &QPushButton::clicked, this, [this] { m_logic.editPayDetails(); });
     connect(m_close, &QPushButton::clicked, this, &QWidget::close);
     return row;
 }
@@ -398,7 +393,7 @@ void frmAddresses::setTabOrderChain()
                  {m_heading, m_cashbookFlag, m_wagebookFlag, m_fields[Logic::BusBankAcName]});
     for (int field : kBankBoxes)
         chain.push_back(m_fields[std::size_t(field)]);
-    chain.insert(chain.end(), {m_editPays, m_notes, m_add, m_delete, m_close});
+    chain.insert(chain.end(), {m_notes, m_editPays, m_add, m_delete, m_close});
     for (std::size_t i = 1; i < chain.size(); ++i)
         setTabOrder(chain[i - 1], chain[i]);
 }
@@ -510,6 +505,9 @@ void frmAddresses::syncTabs()
     m_tabs->setCurrentIndex(m_logic.currentTab());
 
     m_payFrame->setVisible(m_logic.payFrameVisible());
+    // Employee mode edits pay details on its own tab; the dialog is the address book's way
+    // to them, for entries flagged as employees.
+    m_editPays->setVisible(!m_logic.employeeMode());
     m_editPays->setEnabled(m_logic.editPaysEnabled());
     m_notesArea->setEnabled(m_logic.notesEnabled());
     m_add->setVisible(m_logic.addDeleteVisible());
