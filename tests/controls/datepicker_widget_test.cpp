@@ -39,4 +39,30 @@ TEST(DatePickerTest, ShowsAFourDigitYearAndReportsOnlyTheUsersPicks)
     EXPECT_EQ(picker.date(), QDate(2010, 4, 9));
 }
 
+// A compact picker shows only its button: typing or the wheel must not change the
+// hidden date, and a press anywhere on it, or F4, opens the calendar.
+TEST(DatePickerTest, CompactPickerIsAllButton)
+{
+    CvDatePicker picker;
+    picker.setCompact(true);
+    picker.setDate(QDate(2010, 4, 1));
+    QSignalSpy picked(&picker, &CvDatePicker::datePicked);
+    picker.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&picker));
+    picker.setFocus();
+    QTest::keyClicks(&picker, "31/3/27");
+    QTest::keyClick(&picker, Qt::Key_Up);
+    EXPECT_EQ(picker.date(), QDate(2010, 4, 1));
+    EXPECT_EQ(picked.count(), 0);
+
+    QCalendarWidget *calendar = picker.calendarWidget();
+    QTest::mouseClick(&picker, Qt::LeftButton, {}, QPoint(2, picker.height() / 2));
+    ASSERT_TRUE(QTest::qWaitFor([calendar] { return calendar->isVisible(); }));
+    QTest::keyClick(calendar->focusWidget() ? calendar->focusWidget() : calendar, Qt::Key_Escape);
+    ASSERT_TRUE(QTest::qWaitFor([calendar] { return !calendar->isVisible(); }));
+    picker.setFocus();
+    QTest::keyClick(&picker, Qt::Key_F4);
+    EXPECT_TRUE(QTest::qWaitFor([calendar] { return calendar->isVisible(); }));
+}
+
 } // namespace

@@ -119,6 +119,31 @@ TEST_F(PayDialogTest, EnterMovesToTheNextFieldAndTheCloseBoxSaves)
     EXPECT_EQ(lookUp(suite.wagePath(), "SELECT IRDnumber" + where).toString(), "123-456-789");
 }
 
+// The list that has the focus when the dialog opens is entered then: leaving it
+// unchanged logs nothing, and neither does a trip to another window and back.
+TEST_F(PayDialogTest, OpeningAndLookingAroundLogsNothing)
+{
+    const qint32 id = addressOf("Wiremu Ngata");
+    const QString notes = "SELECT notes FROM Addresses WHERE AddressID = " + QString::number(id);
+    const QString before = lookUp(suite.farmPath(), notes).toString();
+    open(id);
+    ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::focusWidget() != nullptr; }));
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), "cmbWage_0");
+
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    dialog->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
+
+    focus(text(Editor::TaxCode));
+    focus(child<QComboBox>("cmbWage_2"));
+    focus(text(Editor::PayRate));
+    dialog->close();
+    EXPECT_EQ(lookUp(suite.farmPath(), notes).toString(), before);
+}
+
 TEST_F(PayDialogTest, TheDeductionDropDownWritesTheDeductionsId)
 {
     open(addressOf("Mereana Hōhaia"));

@@ -5,8 +5,10 @@
 #include <QCalendarWidget>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QStyle>
 #include <QStyleOptionComboBox>
+#include <QWheelEvent>
 
 CvDatePicker::CvDatePicker(QWidget *parent) : QDateEdit(parent)
 {
@@ -35,19 +37,66 @@ void CvDatePicker::setCompact(bool compact)
         setMaximumWidth(QWIDGETSIZE_MAX);
         return;
     }
+    const int frame = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, this);
+    setFixedWidth(arrowRect().width() + 2 * frame + 2);
+}
+
+QRect CvDatePicker::arrowRect() const
+{
     // The pop-up drop-down is drawn as a combo box: keep its arrow and frame.
     QStyleOptionComboBox option;
     option.initFrom(this);
     option.editable = true;
     option.frame = true;
-    const QRect arrow =
-        style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxArrow, this);
-    const int frame = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &option, this);
-    setFixedWidth(arrow.width() + 2 * frame + 2);
+    return style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxArrow, this);
+}
+
+void CvDatePicker::openCalendar()
+{
+    // QDateEdit opens its calendar for a press on the arrow, and has no other way in.
+    const QPointF arrow = arrowRect().center();
+    QMouseEvent press(QEvent::MouseButtonPress, arrow, mapToGlobal(arrow), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QDateEdit::mousePressEvent(&press);
+}
+
+void CvDatePicker::mousePressEvent(QMouseEvent *event)
+{
+    // A compact picker is all button: a press anywhere on it opens the calendar,
+    // never the hidden date's text.
+    if (m_compact && event->button() == Qt::LeftButton) {
+        openCalendar();
+        event->accept();
+        return;
+    }
+    QDateEdit::mousePressEvent(event);
+}
+
+void CvDatePicker::wheelEvent(QWheelEvent *event)
+{
+    // Turning the wheel over a compact picker would change a date nobody sees.
+    if (m_compact) {
+        event->ignore();
+        return;
+    }
+    QDateEdit::wheelEvent(event);
 }
 
 void CvDatePicker::keyPressEvent(QKeyEvent *event)
 {
+    if (m_compact) {
+        // Keys that would type into or step the hidden date open the calendar or do
+        // nothing; Tab and the rest pass on to the window.
+        const int key = event->key();
+        if (key == Qt::Key_F4 || key == Qt::Key_Space ||
+            (key == Qt::Key_Down && event->modifiers().testFlag(Qt::AltModifier))) {
+            openCalendar();
+            event->accept();
+        } else {
+            event->ignore();
+        }
+        return;
+    }
     m_userEditing = true;
     QDateEdit::keyPressEvent(event);
     m_userEditing = false;

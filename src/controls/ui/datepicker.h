@@ -26,10 +26,14 @@ signals:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
     void stepBy(int steps) override;
 
 private:
     void reportIfUser(const QDate &date);
+    QRect arrowRect() const;
+    void openCalendar();
 
     QCalendarWidget *m_calendar = nullptr;
     bool m_userEditing = false;

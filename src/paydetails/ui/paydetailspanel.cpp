@@ -1,7 +1,7 @@
 #include "paydetails/ui/paydetailspanel.h"
 
-#include "controls/ui/combomirror.h"
 #include "controls/ui/combodelegate.h"
+#include "controls/ui/combomirror.h"
 #include "controls/ui/datepicker.h"
 #include "paydetails/deductiongrid.h"
 #include "paydetails/ui/deductiongridmodel.h"
@@ -440,34 +440,56 @@ bool PayDetailsPanel::eventFilter(QObject *watched, QEvent *event)
         }
         break;
     }
-    case QEvent::FocusIn:
+    case QEvent::FocusIn: {
+        const auto reason = static_cast<QFocusEvent *>(event)->reason();
+        // Coming back from another window or a pop-up to the field the user was in
+        // is not entering it again. The focus a window gives its first field when it
+        // opens is an entry: the field's value must be remembered before it is left.
+        const bool returning =
+            reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason;
+        if (returning && watched == m_entered)
+            break;
+        if (m_entered && m_entered != watched)
+            leave(m_entered);
+        enter(watched);
+        break;
+    }
     case QEvent::FocusOut: {
         const auto reason = static_cast<QFocusEvent *>(event)->reason();
         // A pop-up or another window taking the focus is not the user leaving
         // the field.
         if (reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason)
             break;
-        const bool in = event->type() == QEvent::FocusIn;
-        if (const int field = textIndexOf(watched); field >= 0) {
-            if (in) {
-                m_editor.textFocusIn(field);
-                // After the click that brought the focus has placed the cursor.
-                QTimer::singleShot(0, m_texts[std::size_t(field)], &QLineEdit::selectAll);
-            } else {
-                m_editor.textFocusOut(field);
-            }
-        } else if (const int list = listIndexOf(watched); list >= 0) {
-            if (in)
-                m_editor.listFocusIn(list);
-            else
-                m_editor.listFocusOut(list);
-        }
+        leave(watched);
         break;
     }
     default:
         break;
     }
     return QWidget::eventFilter(watched, event);
+}
+
+void PayDetailsPanel::enter(const QObject *field)
+{
+    if (const int text = textIndexOf(field); text >= 0) {
+        m_entered = field;
+        m_editor.textFocusIn(text);
+        // After the click that brought the focus has placed the cursor.
+        QTimer::singleShot(0, m_texts[std::size_t(text)], &QLineEdit::selectAll);
+    } else if (const int list = listIndexOf(field); list >= 0) {
+        m_entered = field;
+        m_editor.listFocusIn(list);
+    }
+}
+
+void PayDetailsPanel::leave(const QObject *field)
+{
+    if (m_entered == field)
+        m_entered = nullptr;
+    if (const int text = textIndexOf(field); text >= 0)
+        m_editor.textFocusOut(text);
+    else if (const int list = listIndexOf(field); list >= 0)
+        m_editor.listFocusOut(list);
 }
 
 void PayDetailsPanel::leaveFocusedField()

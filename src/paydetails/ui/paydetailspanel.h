@@ -57,12 +57,17 @@ private:
 
     int textIndexOf(const QObject *object) const;
     int listIndexOf(const QObject *object) const;
+    void enter(const QObject *field);
+    void leave(const QObject *field);
 
     PayDetailsEditor &m_editor;
     bool m_dialog;
     bool m_syncing = false;
     bool m_resyncPending = false;
     int m_lastLeft = -1;
+    // The field the user is in: entered and not yet left. Focus lost to another
+    // window, or to a pop-up, does not leave it.
+    const QObject *m_entered = nullptr;
 
     std::array<QLineEdit *, PayDetailsEditor::TextCount> m_texts{};
     std::array<CvDatePicker *, PayDetailsEditor::TextCount> m_pickers{};
