@@ -6,6 +6,7 @@
 #include "paydetails/deductiongrid.h"
 #include "paydetails/ui/deductiongridmodel.h"
 
+#include <algorithm>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -283,7 +284,18 @@ QWidget *PayDetailsPanel::buildKiwiSaverPage()
     addListRow(form, tr("Enrolment Type"), Editor::EnrolmentType);
     addListRow(form, tr("Employee Contribution Rate"), Editor::EmployeeRate);
     addListRow(form, tr("Employer Contribution Rate"), Editor::EmployerRate);
-    form->addRow(tr("Start Date"), withPicker(Editor::KiwiSaverStartDate));
+    auto *startLabel = new QLabel(tr("Start Date"));
+    form->addRow(startLabel, withPicker(Editor::KiwiSaverStartDate));
+    // The label column keeps the width of its longest label, so that the lists do
+    // not jump sideways when the rate rows hide for a non-member.
+    const std::array<QLabel *, 4> labels = {m_listLabels[Editor::EnrolmentType],
+                                            m_listLabels[Editor::EmployeeRate],
+                                            m_listLabels[Editor::EmployerRate], startLabel};
+    int labelWidth = 0;
+    for (QLabel *label : labels)
+        labelWidth = std::max(labelWidth, label->sizeHint().width());
+    for (QLabel *label : labels)
+        label->setMinimumWidth(labelWidth);
     if (!m_dialog) {
         m_includeESCT = new QCheckBox(tr("Include ESCT Deduction"));
         m_includeESCT->setObjectName("chkIncudeESCT");
