@@ -177,6 +177,51 @@ TEST_F(PayDialogTest, TheDeductionDropDownWritesTheDeductionsId)
     EXPECT_EQ(grid->model()->rowCount(), before + 2);
 }
 
+// The address window's page shares the panel: Enter moves on, the enrolment type
+// shows and hides the rates with the ESCT tick, and a picked date fills its field.
+TEST_F(PayDialogTest, WagesTabWiring)
+{
+    Database farm(suite.farmPath());
+    Database wage(suite.wagePath());
+    WagesTab tab;
+    tab.loadWageTab(farm, wage, addressOf("Aroha Tāwhiri"));
+    tab.show();
+    tab.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&tab));
+    auto *esct = tab.findChild<QWidget *>("chkIncudeESCT");
+    auto *employeeRate = tab.findChild<QComboBox *>("cmbWage_7");
+    ASSERT_TRUE(esct && employeeRate);
+    tab.findChild<QTabWidget *>("tabWages")->setCurrentIndex(1);
+    EXPECT_TRUE(esct->isVisible());
+    EXPECT_TRUE(employeeRate->isVisible());
+
+    auto *enrolment = tab.findChild<QComboBox *>("cmbWage_6");
+    enrolment->setFocus(Qt::MouseFocusReason);
+    ASSERT_TRUE(QTest::qWaitFor([enrolment] { return enrolment->hasFocus(); }));
+    QTest::keyClicks(enrolment, "Opted out");
+    ASSERT_EQ(enrolment->currentText(), "Opted out");
+    EXPECT_FALSE(esct->isVisible());
+    EXPECT_FALSE(employeeRate->isVisible());
+    EXPECT_FALSE(tab.editor().kiwiSaverEnrolled());
+
+    tab.findChild<QTabWidget *>("tabWages")->setCurrentIndex(0);
+    auto *taxCode = tab.findChild<QLineEdit *>("Text2_6");
+    taxCode->setFocus(Qt::MouseFocusReason);
+    ASSERT_TRUE(QTest::qWaitFor([taxCode] { return taxCode->hasFocus(); }));
+    QTest::keyClick(taxCode, Qt::Key_Return);
+    EXPECT_EQ(QApplication::focusWidget(), tab.findChild<QLineEdit *>("Text2_1"));
+
+    auto *picker = tab.findChild<QDateEdit *>("CvDatePicker_HireDate");
+    QTest::mouseClick(picker, Qt::LeftButton, {}, QPoint(picker->width() / 2, picker->height() / 2));
+    QCalendarWidget *calendar = picker->calendarWidget();
+    ASSERT_TRUE(QTest::qWaitFor([calendar] { return calendar->isVisible(); }));
+    const QDate expected = calendar->selectedDate().addDays(1);
+    QWidget *days = calendar->focusWidget() ? calendar->focusWidget() : calendar;
+    QTest::keyClick(days, Qt::Key_Right);
+    QTest::keyClick(days, Qt::Key_Return);
+    EXPECT_EQ(tab.findChild<QLineEdit *>("Text2_4")->text(), SerialDate::toShortText(expected));
+}
+
 // Pictures of the dialog for a person to look at.
 class PayDialogScreenshots : public PayDialogTest
 {
