@@ -22,6 +22,7 @@
 #include <QComboBox>
 #include <QDateEdit>
 #include <QDir>
+#include <QFocusEvent>
 #include <QLineEdit>
 #include <QTableView>
 #include <QTabWidget>
@@ -144,6 +145,31 @@ TEST_F(PayDialogTest, OpeningAndLookingAroundLogsNothing)
     EXPECT_EQ(lookUp(suite.farmPath(), notes).toString(), before);
 }
 
+// A window activated by the click that makes a choice gets its focus event after the
+// choice: the change is still logged, once.
+TEST_F(PayDialogTest, AChoiceBeforeTheLateFocusEventIsLogged)
+{
+    const qint32 id = addressOf("Wiremu Ngata");
+    open(id);
+    focus(text(Editor::TaxCode));
+    auto *taxType = child<QComboBox>("cmbWage_1");
+    const int other = taxType->currentIndex() == 0 ? 1 : 0;
+    const QString chosen = taxType->itemText(other);
+    taxType->setCurrentIndex(other);
+    emit taxType->activated(other);
+    QFocusEvent lateIn(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
+    QApplication::sendEvent(taxType, &lateIn);
+    QFocusEvent out(QEvent::FocusOut, Qt::MouseFocusReason);
+    QApplication::sendEvent(taxType, &out);
+
+    const QString notes =
+        lookUp(suite.farmPath(),
+               "SELECT notes FROM Addresses WHERE AddressID = " + QString::number(id))
+            .toString();
+    EXPECT_EQ(notes.count("Tax type changed to"), 1);
+    EXPECT_TRUE(notes.endsWith("] Tax type changed to " + chosen)) << notes.toStdString();
+}
+
 TEST_F(PayDialogTest, TheDeductionDropDownWritesTheDeductionsId)
 {
     open(addressOf("Mereana Hōhaia"));
@@ -212,7 +238,8 @@ TEST_F(PayDialogTest, WagesTabWiring)
     EXPECT_EQ(QApplication::focusWidget(), tab.findChild<QLineEdit *>("Text2_1"));
 
     auto *picker = tab.findChild<QDateEdit *>("CvDatePicker_HireDate");
-    QTest::mouseClick(picker, Qt::LeftButton, {}, QPoint(picker->width() / 2, picker->height() / 2));
+    QTest::mouseClick(picker, Qt::LeftButton, {},
+                      QPoint(picker->width() / 2, picker->height() / 2));
     QCalendarWidget *calendar = picker->calendarWidget();
     ASSERT_TRUE(QTest::qWaitFor([calendar] { return calendar->isVisible(); }));
     const QDate expected = calendar->selectedDate().addDays(1);

@@ -7,6 +7,7 @@
 #include "paydetails/ui/deductiongridmodel.h"
 
 #include <algorithm>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -109,8 +110,10 @@ QLineEdit *PayDetailsPanel::makeText(int field)
         edit->setFixedWidth(widthForChars(edit, kCodeChars));
         break;
     }
-    connect(edit, &QLineEdit::textEdited, this,
-            [this, field](const QString &text) { m_editor.textEdited(field, text); });
+    connect(edit, &QLineEdit::textEdited, this, [this, edit, field](const QString &text) {
+        enterBeforeEdit(edit);
+        m_editor.textEdited(field, text);
+    });
     return edit;
 }
 
@@ -123,7 +126,8 @@ QComboBox *PayDetailsPanel::makeList(int index)
     combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     combo->setMinimumContentsLength(kListChars);
     m_lists[std::size_t(index)] = combo;
-    connect(combo, &QComboBox::activated, this, [this, index](int item) {
+    connect(combo, &QComboBox::activated, this, [this, combo, index](int item) {
+        enterBeforeEdit(combo);
         m_editor.listChosen(index, item);
         // Choosing an enrolment type is the list's click.
         if (index == Editor::EnrolmentType)
@@ -469,8 +473,11 @@ bool PayDetailsPanel::eventFilter(QObject *watched, QEvent *event)
     case QEvent::FocusOut: {
         const auto reason = static_cast<QFocusEvent *>(event)->reason();
         // A pop-up or another window taking the focus is not the user leaving
-        // the field.
+        // the field; nor is a list's own drop-down, whatever reason it gives.
         if (reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason)
+            break;
+        if (const auto *combo = qobject_cast<const QComboBox *>(watched);
+            combo && combo->view()->isVisible())
             break;
         leave(watched);
         break;
@@ -481,17 +488,30 @@ bool PayDetailsPanel::eventFilter(QObject *watched, QEvent *event)
     return QWidget::eventFilter(watched, event);
 }
 
-void PayDetailsPanel::enter(const QObject *field)
+void PayDetailsPanel::enter(const QObject *field, bool selectText)
 {
     if (const int text = textIndexOf(field); text >= 0) {
         m_entered = field;
         m_editor.textFocusIn(text);
         // After the click that brought the focus has placed the cursor.
-        QTimer::singleShot(0, m_texts[std::size_t(text)], &QLineEdit::selectAll);
+        if (selectText)
+            QTimer::singleShot(0, m_texts[std::size_t(text)], &QLineEdit::selectAll);
     } else if (const int list = listIndexOf(field); list >= 0) {
         m_entered = field;
         m_editor.listFocusIn(list);
     }
+}
+
+void PayDetailsPanel::enterBeforeEdit(const QObject *field)
+{
+    // A window that is not active yet gets its focus event late, after the user's
+    // first change: the field is entered now, while the editor still holds the value
+    // from before the change, so that leaving it logs the change.
+    if (m_entered == field)
+        return;
+    if (m_entered)
+        leave(m_entered);
+    enter(field, false);
 }
 
 void PayDetailsPanel::leave(const QObject *field)

@@ -57,7 +57,8 @@ private:
 
     int textIndexOf(const QObject *object) const;
     int listIndexOf(const QObject *object) const;
-    void enter(const QObject *field);
+    void enter(const QObject *field, bool selectText = true);
+    void enterBeforeEdit(const QObject *field);
     void leave(const QObject *field);
 
     PayDetailsEditor &m_editor;
