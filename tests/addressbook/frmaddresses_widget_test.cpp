@@ -25,6 +25,7 @@
 #include <QComboBox>
 #include <QCursor>
 #include <QDir>
+#include <QFocusEvent>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -204,6 +205,21 @@ TEST_F(WindowTest, TypingReachesTheLogicAndIsKeptWhenTheEntryChanges)
     retype(name, "");
     key(Qt::Key_Return);
     EXPECT_EQ(name->text(), first);
+
+    // The same when the box's focus event comes only after the keys (a window that the
+    // click into the box activates).
+    focus(names());
+    QLineEdit *lastName = field(Logic::ContactLastName);
+    lastName->setText("Hay");
+    logic->editField(Logic::ContactLastName, "Hay");
+    lastName->selectAll();
+    QTest::keyClick(lastName, Qt::Key_Delete);
+    QFocusEvent lateIn(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
+    QApplication::sendEvent(lastName, &lateIn);
+    QFocusEvent out(QEvent::FocusOut, Qt::TabFocusReason);
+    QApplication::sendEvent(lastName, &out);
+    EXPECT_EQ(logic->field(Logic::ContactLastName), "Hay");
+    EXPECT_EQ(lastName->text(), "Hay");
 }
 
 TEST_F(WindowTest, NameListShowsTheLogicsNamesInOrder)

@@ -98,7 +98,9 @@ QLabel *remarkLabel(const char *name, QWidget *parent)
 } // namespace
 
 frmAddresses::frmAddresses(AddressBookLogic &logic, QWidget *parent)
-    : QWidget(parent), m_logic(logic)
+    : QWidget(parent), m_logic(logic),
+      m_entry([this](QObject *field, bool) { m_logic.focusInField(fieldIndexOf(field)); },
+              [this](QObject *field) { m_logic.focusOutField(fieldIndexOf(field)); })
 {
     setObjectName("frmAddresses");
     buildLayout();
@@ -190,8 +192,10 @@ QLineEdit *frmAddresses::makeField(int field)
     label->setObjectName(QStringLiteral("lblFields_%1").arg(field));
     label->setBuddy(edit);
     m_fieldLabels[std::size_t(field)] = label;
-    connect(edit, &QLineEdit::textEdited, this,
-            [this, field](const QString &text) { m_logic.editField(field, text); });
+    connect(edit, &QLineEdit::textEdited, this, [this, edit, field](const QString &text) {
+        m_entry.beforeEdit(edit);
+        m_logic.editField(field, text);
+    });
     return edit;
 }
 
@@ -589,19 +593,10 @@ bool frmAddresses::eventFilter(QObject *watched, QEvent *event)
     case QEvent::KeyPress:
         return handleKeyPress(watched, static_cast<QKeyEvent *>(event));
     case QEvent::FocusIn:
-    case QEvent::FocusOut: {
-        const int field = fieldIndexOf(watched);
-        const auto reason = static_cast<QFocusEvent *>(event)->reason();
-        // A menu or another program taking the focus is not the user leaving
-        // the box.
-        if (field < 0 || reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason)
-            break;
-        if (event->type() == QEvent::FocusIn)
-            m_logic.focusInField(field);
-        else
-            m_logic.focusOutField(field);
+    case QEvent::FocusOut:
+        if (fieldIndexOf(watched) >= 0)
+            m_entry.focusEvent(watched, *static_cast<QFocusEvent *>(event));
         break;
-    }
     case QEvent::MouseButtonRelease:
         // The switch's caption is a label of its own; clicking it clicks the box.
         if (watched == m_employeeSwitchLabel && m_employeeSwitch->isEnabled())

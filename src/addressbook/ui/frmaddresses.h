@@ -1,6 +1,7 @@
 #pragma once
 
 #include "addressbook/addressbooklogic.h"
+#include "controls/ui/fieldentry.h"
 
 #include <array>
 #include <QWidget>
@@ -67,6 +68,7 @@ private:
     int fieldIndexOf(const QObject *object) const;
 
     AddressBookLogic &m_logic;
+    FieldEntry m_entry; // which address box the user is in
     bool m_syncing = false;
     bool m_resyncPending = false;
     bool m_waitCursor = false;

@@ -7,7 +7,6 @@
 #include "paydetails/ui/deductiongridmodel.h"
 
 #include <algorithm>
-#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -65,7 +64,9 @@ QLabel *makeLabel(const QString &text, QWidget *buddy)
 } // namespace
 
 PayDetailsPanel::PayDetailsPanel(PayDetailsEditor &editor, QWidget *parent)
-    : QWidget(parent), m_editor(editor), m_dialog(editor.host() == Editor::Host::Dialog)
+    : QWidget(parent), m_editor(editor), m_dialog(editor.host() == Editor::Host::Dialog),
+      m_entry([this](QObject *field, bool byFocus) { enter(field, byFocus); },
+              [this](QObject *field) { leave(field); })
 {
     setObjectName("PayDetailsPanel");
     m_listRevisions.fill(~quint64(0));
@@ -111,7 +112,7 @@ QLineEdit *PayDetailsPanel::makeText(int field)
         break;
     }
     connect(edit, &QLineEdit::textEdited, this, [this, edit, field](const QString &text) {
-        enterBeforeEdit(edit);
+        m_entry.beforeEdit(edit);
         m_editor.textEdited(field, text);
     });
     return edit;
@@ -127,7 +128,7 @@ QComboBox *PayDetailsPanel::makeList(int index)
     combo->setMinimumContentsLength(kListChars);
     m_lists[std::size_t(index)] = combo;
     connect(combo, &QComboBox::activated, this, [this, combo, index](int item) {
-        enterBeforeEdit(combo);
+        m_entry.beforeEdit(combo);
         m_editor.listChosen(index, item);
         // Choosing an enrolment type is the list's click.
         if (index == Editor::EnrolmentType)
@@ -456,68 +457,31 @@ bool PayDetailsPanel::eventFilter(QObject *watched, QEvent *event)
         }
         break;
     }
-    case QEvent::FocusIn: {
-        const auto reason = static_cast<QFocusEvent *>(event)->reason();
-        // Coming back from another window or a pop-up to the field the user was in
-        // is not entering it again. The focus a window gives its first field when it
-        // opens is an entry: the field's value must be remembered before it is left.
-        const bool returning =
-            reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason;
-        if (returning && watched == m_entered)
-            break;
-        if (m_entered && m_entered != watched)
-            leave(m_entered);
-        enter(watched);
+    case QEvent::FocusIn:
+    case QEvent::FocusOut:
+        if (textIndexOf(watched) >= 0 || listIndexOf(watched) >= 0)
+            m_entry.focusEvent(watched, *static_cast<QFocusEvent *>(event));
         break;
-    }
-    case QEvent::FocusOut: {
-        const auto reason = static_cast<QFocusEvent *>(event)->reason();
-        // A pop-up or another window taking the focus is not the user leaving
-        // the field; nor is a list's own drop-down, whatever reason it gives.
-        if (reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason)
-            break;
-        if (const auto *combo = qobject_cast<const QComboBox *>(watched);
-            combo && combo->view()->isVisible())
-            break;
-        leave(watched);
-        break;
-    }
     default:
         break;
     }
     return QWidget::eventFilter(watched, event);
 }
 
-void PayDetailsPanel::enter(const QObject *field, bool selectText)
+void PayDetailsPanel::enter(QObject *field, bool byFocus)
 {
     if (const int text = textIndexOf(field); text >= 0) {
-        m_entered = field;
         m_editor.textFocusIn(text);
         // After the click that brought the focus has placed the cursor.
-        if (selectText)
+        if (byFocus)
             QTimer::singleShot(0, m_texts[std::size_t(text)], &QLineEdit::selectAll);
     } else if (const int list = listIndexOf(field); list >= 0) {
-        m_entered = field;
         m_editor.listFocusIn(list);
     }
 }
 
-void PayDetailsPanel::enterBeforeEdit(const QObject *field)
+void PayDetailsPanel::leave(QObject *field)
 {
-    // A window that is not active yet gets its focus event late, after the user's
-    // first change: the field is entered now, while the editor still holds the value
-    // from before the change, so that leaving it logs the change.
-    if (m_entered == field)
-        return;
-    if (m_entered)
-        leave(m_entered);
-    enter(field, false);
-}
-
-void PayDetailsPanel::leave(const QObject *field)
-{
-    if (m_entered == field)
-        m_entered = nullptr;
     if (const int text = textIndexOf(field); text >= 0)
         m_editor.textFocusOut(text);
     else if (const int list = listIndexOf(field); list >= 0)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "controls/ui/fieldentry.h"
 #include "paydetails/paydetailseditor.h"
 
 #include <array>
@@ -57,18 +58,15 @@ private:
 
     int textIndexOf(const QObject *object) const;
     int listIndexOf(const QObject *object) const;
-    void enter(const QObject *field, bool selectText = true);
-    void enterBeforeEdit(const QObject *field);
-    void leave(const QObject *field);
+    void enter(QObject *field, bool byFocus);
+    void leave(QObject *field);
 
     PayDetailsEditor &m_editor;
     bool m_dialog;
     bool m_syncing = false;
     bool m_resyncPending = false;
     int m_lastLeft = -1;
-    // The field the user is in: entered and not yet left. Focus lost to another
-    // window, or to a pop-up, does not leave it.
-    const QObject *m_entered = nullptr;
+    FieldEntry m_entry; // which field the user is in
 
     std::array<QLineEdit *, PayDetailsEditor::TextCount> m_texts{};
     std::array<CvDatePicker *, PayDetailsEditor::TextCount> m_pickers{};
