@@ -7,6 +7,7 @@
 #include "controls/alphalistproperties.h"
 #include "controls/ui/alphalist.h"
 
+#include <algorithm>
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -574,11 +575,8 @@ void frmAddresses::setWaitCursor(bool on)
 
 int frmAddresses::fieldIndexOf(const QObject *object) const
 {
-    for (int i = 0; i < Logic::FieldCount; ++i) {
-        if (m_fields[std::size_t(i)] == object)
-            return i;
-    }
-    return -1;
+    const auto at = std::find(m_fields.begin(), m_fields.end(), object);
+    return at == m_fields.end() ? -1 : int(at - m_fields.begin());
 }
 
 bool frmAddresses::eventFilter(QObject *watched, QEvent *event)

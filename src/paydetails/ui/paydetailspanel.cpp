@@ -424,20 +424,14 @@ void PayDetailsPanel::syncOnce()
 
 int PayDetailsPanel::textIndexOf(const QObject *object) const
 {
-    for (int i = 0; i < Editor::TextCount; ++i) {
-        if (m_texts[std::size_t(i)] == object)
-            return i;
-    }
-    return -1;
+    const auto at = std::find(m_texts.begin(), m_texts.end(), object);
+    return at == m_texts.end() ? -1 : int(at - m_texts.begin());
 }
 
 int PayDetailsPanel::listIndexOf(const QObject *object) const
 {
-    for (int i = 0; i < Editor::ListCount; ++i) {
-        if (m_lists[std::size_t(i)] == object)
-            return i;
-    }
-    return -1;
+    const auto at = std::find(m_lists.begin(), m_lists.end(), object);
+    return at == m_lists.end() ? -1 : int(at - m_lists.begin());
 }
 
 bool PayDetailsPanel::eventFilter(QObject *watched, QEvent *event)
