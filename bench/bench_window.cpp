@@ -1,7 +1,9 @@
 // Opening the address book window on large books: load and first show of the
 // real window (offscreen), beside the raw SQLite time of the statements the
 // opening runs (the name list and the shown entry).
+#include "addressbook/addressbooklogic.h"
 #include "addressbook/ui/addressbookwindow.h"
+#include "addressbook/ui/frmaddresses.h"
 #include "benchbook.h"
 #include "startup/addressglobals.h"
 #include "startup/messageservice.h"
@@ -64,8 +66,30 @@ void BM_OpenWindow_Widgets(benchmark::State &state, qint16 mode)
     }
 }
 
+// The letter strip on the open window: "M", then back to every name, list and
+// screen both redone each time.
+void BM_LetterFilter_Widgets(benchmark::State &state)
+{
+    qputenv("CORVANE_SHARED_DOCUMENTS", bookFor(int(state.range(0))).toUtf8());
+    AddressGlobals::LaunchMode = 0;
+    AddressGlobals::CurrentAddressID = 0;
+    AddressBookWindow window;
+    window.showModeless();
+    QApplication::processEvents();
+    AddressBookLogic &logic = window.form()->logic();
+    for (auto _ : state) {
+        logic.changeLetterFilter(QStringLiteral("M"));
+        QApplication::processEvents();
+        logic.changeLetterFilter(QStringLiteral("*"));
+        QApplication::processEvents();
+    }
+    window.form()->close();
+    QApplication::processEvents();
+}
+
 } // namespace
 
+BENCHMARK(BM_LetterFilter_Widgets)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_OpenWindow_Raw)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_OpenWindow_Widgets, addressbook, 0)
     ->Arg(1000)

@@ -162,6 +162,9 @@ QWidget *frmAddresses::buildTopArea()
     m_names->setEditable(false);
     m_names->setFixedWidth(kStripWidth);
     m_names->setMaxVisibleItems(20);
+    // The width is fixed: measuring every name of a large book for a size hint
+    // would only slow the first show.
+    m_names->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
 
     m_employeeSwitch = new QCheckBox(area);
     m_employeeSwitch->setObjectName("chk_employee");
