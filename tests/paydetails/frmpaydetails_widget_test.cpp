@@ -87,9 +87,10 @@ protected:
     std::unique_ptr<frmPaydetails> dialog;
 };
 
-TEST_F(PayDialogTest, APickedDateIsWrittenIntoItsField)
+TEST_F(PayDialogTest, APickedDateIsWrittenIntoItsFieldAndLoggedWhenLeft)
 {
-    open(addressOf("Mereana Hōhaia"));
+    const qint32 id = addressOf("Mereana Hōhaia");
+    open(id);
     auto *picker = child<QDateEdit>("CvDatePicker_HireDate");
     const QDate expected = picker->date().addDays(7);
     QTest::mouseClick(picker, Qt::LeftButton, {},
@@ -101,6 +102,20 @@ TEST_F(PayDialogTest, APickedDateIsWrittenIntoItsField)
     QTest::keyClick(days, Qt::Key_Return);
     EXPECT_EQ(dialog->editor().text(Editor::Datehired), SerialDate::toShortText(expected));
     EXPECT_EQ(text(Editor::Datehired)->text(), SerialDate::toShortText(expected));
+
+    // The box has the focus now; leaving it logs the hiring.
+    // The offscreen platform leaves the pop-up's window active; a desktop gives the
+    // dialog back its activation.
+    dialog->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return text(Editor::Datehired)->hasFocus(); }));
+    focus(text(Editor::TaxCode));
+    const QString notes =
+        lookUp(suite.farmPath(),
+               "SELECT notes FROM Addresses WHERE AddressID = " + QString::number(id))
+            .toString();
+    EXPECT_TRUE(notes.endsWith("] Hired on " + SerialDate::toShortText(expected)))
+        << notes.toStdString();
 }
 
 TEST_F(PayDialogTest, EnterMovesToTheNextFieldAndTheCloseBoxSaves)

@@ -22,9 +22,10 @@ FieldEntry::FieldEntry(Enter enter, Leave leave)
 void FieldEntry::focusEvent(QObject *field, const QFocusEvent &event)
 {
     if (event.type() == QEvent::FocusIn) {
-        if (isReturnOrDetour(event.reason()) && field == m_entered)
-            return;
-        enter(field, true);
+        // Back in the field the user is in (from another window, a pop-up, or after
+        // a change that came first): still the same visit.
+        if (field != m_entered)
+            enter(field, true);
         return;
     }
     if (event.type() != QEvent::FocusOut || isReturnOrDetour(event.reason()))

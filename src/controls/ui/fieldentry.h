@@ -10,7 +10,8 @@ class QObject;
 // own drop-down included) and given back to the same field is neither. A field
 // that gets its focus event only after the user's first change, as in a window
 // that is activated by the click that changes it, is entered before the change is
-// passed on, so that the logic remembers the value from before it.
+// passed on, so that the logic remembers the value from before it; its focus event
+// then changes nothing.
 class FieldEntry
 {
 public:

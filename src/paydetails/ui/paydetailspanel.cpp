@@ -160,8 +160,14 @@ QWidget *PayDetailsPanel::withPicker(int field)
     picker->setCompact(true);
     picker->setToolTip(tr("Pick a date from the calendar"));
     m_pickers[std::size_t(field)] = picker;
-    connect(picker, &CvDatePicker::datePicked, this,
-            [this, field](const QDate &date) { m_editor.datePicked(field, date); });
+    connect(picker, &CvDatePicker::datePicked, this, [this, field](const QDate &date) {
+        // A picked date is as good as typed into its box: the box is entered first and
+        // gets the focus, so leaving it logs the date and checks hire against finish.
+        QLineEdit *edit = m_texts[std::size_t(field)];
+        m_entry.beforeEdit(edit);
+        m_editor.datePicked(field, date);
+        QTimer::singleShot(0, edit, [edit] { edit->setFocus(Qt::OtherFocusReason); });
+    });
 
     auto *row = new QWidget;
     auto *layout = new QHBoxLayout(row);
@@ -484,7 +490,7 @@ void PayDetailsPanel::leave(QObject *field)
 
 void PayDetailsPanel::leaveFocusedField()
 {
-    m_lastLeft = textIndexOf(QApplication::focusWidget());
+    m_lastLeft = textIndexOf(m_entry.entered() ? m_entry.entered() : QApplication::focusWidget());
     if (m_lastLeft >= 0)
         m_editor.textFocusOut(m_lastLeft);
 }
