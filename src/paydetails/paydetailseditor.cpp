@@ -578,6 +578,15 @@ void PayDetailsEditor::datePicked(int field, QDate date)
     touch();
 }
 
+void PayDetailsEditor::deleteDeductionRow(int row)
+{
+    // The add-new row, past the last row, holds nothing to delete.
+    if (row < 0 || row >= m_grid->rowCount())
+        return;
+    m_grid->removeRow(row);
+    touch();
+}
+
 void PayDetailsEditor::gridCellEdited(int row, int column, const QVariant &value)
 {
     try {

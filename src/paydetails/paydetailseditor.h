@@ -108,6 +108,8 @@ public:
     void datePicked(int field, QDate date);
     // A grid cell edited by the user: stores the value and recomputes the rate.
     void gridCellEdited(int row, int column, const QVariant &value);
+    // Removes a standing deduction from the grid; the save then drops its row.
+    void deleteDeductionRow(int row);
 
     // The dialog's unload: true keeps it open ("Incomplete Data"); otherwise
     // the pay details have been saved and the data files closed.

@@ -185,6 +185,36 @@ TEST_F(PayDialogTest, AChoiceBeforeTheLateFocusEventIsLogged)
     EXPECT_TRUE(notes.endsWith("] Tax type changed to " + chosen)) << notes.toStdString();
 }
 
+TEST_F(PayDialogTest, DeleteOnTheGridRemovesTheDeductionButNotWhileEditing)
+{
+    const qint32 id = addressOf("Wiremu Ngata");
+    open(id);
+    auto *grid = child<QTableView>("tgrdDeductions");
+    const int rows = dialog->editor().deductionGrid().rowCount();
+    ASSERT_GE(rows, 1);
+    focus(grid);
+    grid->setCurrentIndex(grid->model()->index(0, DeductionGrid::FixedAmountColumn));
+    QTest::keyClick(grid, Qt::Key_F2); // editing the amount: Delete edits the text
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
+    EXPECT_EQ(dialog->editor().deductionGrid().rowCount(), rows);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    ASSERT_TRUE(QTest::qWaitFor([grid] { return grid->hasFocus(); }));
+
+    QTest::keyClick(grid, Qt::Key_Delete);
+    EXPECT_EQ(dialog->editor().deductionGrid().rowCount(), rows - 1);
+    EXPECT_EQ(grid->model()->rowCount(), rows); // the add-new row stays
+    grid->setCurrentIndex(grid->model()->index(rows - 1, DeductionGrid::DeductIdColumn));
+    QTest::keyClick(grid, Qt::Key_Delete); // the add-new row: nothing to delete
+    EXPECT_EQ(dialog->editor().deductionGrid().rowCount(), rows - 1);
+
+    dialog->close();
+    const QString ordinary = "SELECT COUNT(*) FROM EmployeeDeductions d JOIN Employees e ON "
+                             "d.EmployeeID = e.EmployeeID WHERE d.TaxName IS NULL AND "
+                             "e.AddressID = " +
+                             QString::number(id);
+    EXPECT_EQ(lookUp(suite.wagePath(), ordinary).toInt(), rows - 1);
+}
+
 TEST_F(PayDialogTest, TheDeductionDropDownWritesTheDeductionsId)
 {
     open(addressOf("Mereana Hōhaia"));

@@ -7,6 +7,7 @@
 #include "paydetails/ui/deductiongridmodel.h"
 
 #include <algorithm>
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -269,6 +270,16 @@ QWidget *PayDetailsPanel::buildTabs()
     header->resizeSection(DeductionGrid::SpecialRateColumn, moneyWidth);
     m_grid->setMinimumHeight(m_grid->verticalHeader()->defaultSectionSize() * 5 +
                              header->sizeHint().height());
+    // A deduction that stops is deleted with its row: the Delete key on the grid (not
+    // while a cell is being edited), or the row's context menu.
+    auto *deleteRow = new QAction(tr("&Delete Deduction"), m_grid);
+    deleteRow->setObjectName("actDeleteDeduction");
+    deleteRow->setShortcut(QKeySequence::Delete);
+    deleteRow->setShortcutContext(Qt::WidgetShortcut);
+    m_grid->addAction(deleteRow);
+    m_grid->setContextMenuPolicy(Qt::ActionsContextMenu);
+    connect(deleteRow, &QAction::triggered, this,
+            [this] { m_editor.deleteDeductionRow(m_grid->currentIndex().row()); });
 
     auto *deductionsLayout = new QVBoxLayout(deductions);
     deductionsLayout->setContentsMargins(10, 10, 10, 10);
