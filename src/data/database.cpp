@@ -135,12 +135,7 @@ int Database::busyTimeout() const
 
 int Database::execute(const QString &jetSql)
 {
-    m_state->requireOpen(Source);
-    QSqlQuery q = m_state->query();
-    const QString sql = JetSql::translate(jetSql);
-    if (!q.exec(sql))
-        m_state->fail(q.lastError(), Source);
-    return q.numRowsAffected();
+    return execute(jetSql, {});
 }
 
 int Database::execute(const QString &jetSql, const QVariantList &values)
