@@ -578,6 +578,18 @@ void PayDetailsEditor::datePicked(int field, QDate date)
     touch();
 }
 
+int PayDetailsEditor::maxLength(int field)
+{
+    switch (field) {
+    case TaxCode:
+        return 10;
+    case IRDnumber:
+        return 20;
+    default:
+        return 0;
+    }
+}
+
 void PayDetailsEditor::deleteDeductionRow(int row)
 {
     // The add-new row, past the last row, holds nothing to delete.

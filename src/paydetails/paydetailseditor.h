@@ -41,6 +41,11 @@ public:
     };
 
     // Lists (cmbWage); the index decides the column.
+    // The longest text a field's column takes (its TEXT(n)); 0 for dates and money, which
+    // are checked when the field is left. The view stops typing there, so that nothing
+    // typed is silently refused by the save.
+    static int maxLength(int field);
+
     enum ListField {
         Occupation = 0,
         TaxType = 1,

@@ -128,10 +128,14 @@ TEST_F(PayDialogTest, EnterMovesToTheNextFieldAndTheCloseBoxSaves)
     EXPECT_EQ(QApplication::focusWidget(), text(Editor::IRDnumber));
     // Typed but not yet left: the close still takes it.
     QTest::keyClicks(text(Editor::IRDnumber), "123-456-789");
+    // The tax code stops at its column's ten characters: a longer one would be refused
+    // by the save, silently.
+    focus(text(Editor::TaxCode));
+    QTest::keyClicks(text(Editor::TaxCode), "ME SL+SLCIR");
     dialog->close();
     EXPECT_FALSE(dialog->isVisible());
     const QString where = " FROM Employees WHERE AddressID = " + QString::number(id);
-    EXPECT_EQ(lookUp(suite.wagePath(), "SELECT TaxCode" + where).toString(), "ME");
+    EXPECT_EQ(lookUp(suite.wagePath(), "SELECT TaxCode" + where).toString(), "ME SL+SLCI");
     EXPECT_EQ(lookUp(suite.wagePath(), "SELECT IRDnumber" + where).toString(), "123-456-789");
 }
 

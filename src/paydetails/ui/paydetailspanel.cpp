@@ -96,6 +96,8 @@ QLineEdit *PayDetailsPanel::makeText(int field)
     edit->setObjectName((m_dialog ? QStringLiteral("TxtWage_") : QStringLiteral("Text2_")) +
                         QString::number(field));
     m_texts[std::size_t(field)] = edit;
+    if (const int limit = Editor::maxLength(field); limit > 0)
+        edit->setMaxLength(limit);
     switch (field) {
     case Editor::PayRate:
     case Editor::Yearlytotal:
