@@ -625,6 +625,11 @@ void AddressBookLogic::toggleFlag(Flag flag, bool on)
 {
     Batch batch(*this);
     m_flags[flag == WageFlag ? 0 : 1] = on;
+    // The button follows the entry's flag as shown: ticking "Show in Wagebook" makes the
+    // entry an employee whose pay details can be set up at once. Employee mode keeps it
+    // disabled.
+    if (flag == WageFlag && !m_employeeMode)
+        EnableEditPays(on);
 }
 
 void AddressBookLogic::chooseHeading(int index)

@@ -219,4 +219,9 @@ TEST_F(AddDeleteLogic, EditPayDetailsNeedsASelection)
     EXPECT_TRUE(logic.editPaysEnabled());
     logic.editPayDetails();
     EXPECT_EQ(openers.payDetails, std::vector<qint32>{8});
+    // Clearing and ticking "Show in Wagebook" on screen turns the command off and on.
+    logic.toggleFlag(AddressBookLogic::WageFlag, false);
+    EXPECT_FALSE(logic.editPaysEnabled());
+    logic.toggleFlag(AddressBookLogic::WageFlag, true);
+    EXPECT_TRUE(logic.editPaysEnabled());
 }

@@ -428,6 +428,12 @@ TEST(AddressBookWindowTest, EditPayDetailsOpensThePayDialogForEmployees)
     auto *editPays = form->findChild<QPushButton *>("cmdEditPays");
     logic.chooseName(names->findText("Tāmaki Vets"));
     EXPECT_FALSE(editPays->isEnabled());
+    // Ticking "Show in Wagebook" makes it an employee at once; clearing it again.
+    auto *wageFlag = form->findChild<QCheckBox *>("Check2");
+    QTest::mouseClick(wageFlag, Qt::LeftButton, {}, QPoint(8, wageFlag->height() / 2));
+    EXPECT_TRUE(editPays->isEnabled());
+    QTest::mouseClick(wageFlag, Qt::LeftButton, {}, QPoint(8, wageFlag->height() / 2));
+    EXPECT_FALSE(editPays->isEnabled());
     logic.chooseName(names->findText("Wiremu Ngata"));
     ASSERT_TRUE(editPays->isEnabled());
     const qint32 employee = logic.shownAddressId();
