@@ -16,6 +16,7 @@
 #include "support/messagerecorder.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"
+#include "support/widgets.h"
 
 #include <gtest/gtest.h>
 #include <iostream>
@@ -100,9 +101,7 @@ protected:
 
     template <typename T> T *child(const QString &name) const
     {
-        T *widget = form->findChild<T *>(name);
-        EXPECT_NE(widget, nullptr) << name.toStdString();
-        return widget;
+        return namedChild<T>(form.get(), name);
     }
     QLineEdit *field(int index) const
     {
@@ -111,11 +110,7 @@ protected:
     QTabWidget *tabs() const { return child<QTabWidget>("Tab1"); }
     QComboBox *names() const { return child<QComboBox>("cmbName"); }
 
-    void focus(QWidget *widget)
-    {
-        widget->setFocus(Qt::MouseFocusReason);
-        ASSERT_TRUE(QTest::qWaitFor([widget] { return widget->hasFocus(); }));
-    }
+    static void focus(QWidget *widget) { ASSERT_TRUE(clickFocus(widget)); }
     static void key(Qt::Key k, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
         QTest::keyClick(QApplication::focusWidget(), k, modifiers);
@@ -390,10 +385,8 @@ TEST(AddressBookWindowTest, PayInformationPageSavesWhenTheEntryChanges)
     ASSERT_EQ(logic.currentTab(), logic.payTab());
     const qint32 employee = logic.shownAddressId();
 
-    auto *rate = form->findChild<QLineEdit *>("Text2_2");
-    ASSERT_NE(rate, nullptr);
-    rate->setFocus(Qt::MouseFocusReason);
-    ASSERT_TRUE(QTest::qWaitFor([rate] { return rate->hasFocus(); }));
+    auto *rate = namedChild<QLineEdit>(form, "Text2_2");
+    ASSERT_TRUE(clickFocus(rate));
     rate->selectAll();
     QTest::keyClicks(rate, "41.25");
     QTest::keyClick(rate, Qt::Key_Tab);
@@ -444,10 +437,8 @@ TEST(AddressBookWindowTest, EditPayDetailsOpensThePayDialogForEmployees)
         ASSERT_NE(dialog, nullptr);
         caption = dialog->windowTitle();
         ASSERT_TRUE(QTest::qWaitForWindowActive(dialog));
-        auto *rate = dialog->findChild<QLineEdit *>("TxtWage_2");
-        ASSERT_NE(rate, nullptr);
-        rate->setFocus(Qt::MouseFocusReason);
-        ASSERT_TRUE(QTest::qWaitFor([rate] { return rate->hasFocus(); }));
+        auto *rate = namedChild<QLineEdit>(dialog, "TxtWage_2");
+        ASSERT_TRUE(clickFocus(rate));
         rate->selectAll();
         QTest::keyClicks(rate, "33.5");
         dialog->close();

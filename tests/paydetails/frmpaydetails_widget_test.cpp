@@ -13,6 +13,7 @@
 #include "support/messagerecorder.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"
+#include "support/widgets.h"
 
 #include <gtest/gtest.h>
 #include <iostream>
@@ -66,21 +67,13 @@ protected:
     }
     template <typename T> T *child(const QString &name) const
     {
-        T *widget = dialog->findChild<T *>(name);
-        EXPECT_NE(widget, nullptr) << name.toStdString();
-        return widget;
+        return namedChild<T>(dialog.get(), name);
     }
     QLineEdit *text(int field) const
     {
         return child<QLineEdit>(QStringLiteral("TxtWage_%1").arg(field));
     }
-    void focus(QWidget *widget)
-    {
-        widget->setFocus(Qt::MouseFocusReason);
-        ASSERT_TRUE(QTest::qWaitFor([widget] { return widget->hasFocus(); }));
-        // The field selects its text once the focusing click is done.
-        QApplication::processEvents();
-    }
+    static void focus(QWidget *widget) { ASSERT_TRUE(clickFocus(widget)); }
 
     TempSuite suite{false};
     MessageRecorder messages;
@@ -270,19 +263,22 @@ TEST_F(PayDialogTest, WagesTabWiring)
     EXPECT_TRUE(esct->isVisible());
     EXPECT_TRUE(employeeRate->isVisible());
 
-    auto *enrolment = tab.findChild<QComboBox *>("cmbWage_6");
-    enrolment->setFocus(Qt::MouseFocusReason);
-    ASSERT_TRUE(QTest::qWaitFor([enrolment] { return enrolment->hasFocus(); }));
-    QTest::keyClicks(enrolment, "Opted out");
+    auto *enrolment = namedChild<QComboBox>(&tab, "cmbWage_6");
+    ASSERT_TRUE(clickFocus(enrolment));
+    // Arrow keys, not typing: a space would open the drop-down.
+    const int optedOut = enrolment->findText("Opted out");
+    ASSERT_GE(optedOut, 0);
+    while (enrolment->currentIndex() != optedOut)
+        QTest::keyClick(enrolment,
+                        enrolment->currentIndex() < optedOut ? Qt::Key_Down : Qt::Key_Up);
     ASSERT_EQ(enrolment->currentText(), "Opted out");
     EXPECT_FALSE(esct->isVisible());
     EXPECT_FALSE(employeeRate->isVisible());
     EXPECT_FALSE(tab.editor().kiwiSaverEnrolled());
 
     tab.findChild<QTabWidget *>("tabWages")->setCurrentIndex(0);
-    auto *taxCode = tab.findChild<QLineEdit *>("Text2_6");
-    taxCode->setFocus(Qt::MouseFocusReason);
-    ASSERT_TRUE(QTest::qWaitFor([taxCode] { return taxCode->hasFocus(); }));
+    auto *taxCode = namedChild<QLineEdit>(&tab, "Text2_6");
+    ASSERT_TRUE(clickFocus(taxCode));
     QTest::keyClick(taxCode, Qt::Key_Return);
     EXPECT_EQ(QApplication::focusWidget(), tab.findChild<QLineEdit *>("Text2_1"));
 

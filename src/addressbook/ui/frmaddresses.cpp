@@ -352,7 +352,7 @@ QWidget *frmAddresses::buildNotesPage()
     layout->addWidget(m_notesArea);
 
     connect(m_notes, &QPlainTextEdit::textChanged, this, [this] {
-        if (!m_syncing)
+        if (!m_sync.running())
             m_logic.editNotes(toStoredText(m_notes->toPlainText()));
     });
     return page;
@@ -421,29 +421,20 @@ void frmAddresses::connectLogic()
     connect(m_employeeSwitch, &QCheckBox::clicked, this,
             [this](bool checked) { m_logic.clickEmployeeSwitch(checked); });
     connect(m_tabs, &QTabWidget::currentChanged, this, [this](int index) {
-        if (!m_syncing)
+        if (!m_sync.running())
             m_logic.changeTab(index);
     });
 }
 
 void frmAddresses::syncFromLogic()
 {
-    // A widget that loses the focus while it is hidden here reports to the
-    // logic, which changes again: finish this pass, then run another.
-    if (m_syncing) {
-        m_resyncPending = true;
-        return;
-    }
-    do {
-        m_resyncPending = false;
-        m_syncing = true;
+    m_sync.run([this] {
         setWindowTitle(m_logic.windowTitle());
         syncCaptions();
         syncBankLayout();
         syncTabs();
         syncFields();
-        m_syncing = false;
-    } while (m_resyncPending);
+    });
 }
 
 void frmAddresses::syncCaptions()

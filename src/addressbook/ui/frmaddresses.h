@@ -2,6 +2,7 @@
 
 #include "addressbook/addressbooklogic.h"
 #include "controls/ui/fieldentry.h"
+#include "controls/ui/syncpass.h"
 
 #include <array>
 #include <QWidget>
@@ -69,8 +70,7 @@ private:
 
     AddressBookLogic &m_logic;
     FieldEntry m_entry; // which address box the user is in
-    bool m_syncing = false;
-    bool m_resyncPending = false;
+    SyncPass m_sync;
     bool m_waitCursor = false;
     qint32 m_stripColour = -1;
     quint64 m_namesRevision = ~quint64(0);

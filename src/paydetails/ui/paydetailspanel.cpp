@@ -372,18 +372,7 @@ void PayDetailsPanel::connectEditor()
 
 void PayDetailsPanel::syncFromEditor()
 {
-    // A widget that loses the focus while it is hidden here reports to the
-    // editor, which changes again: finish this pass, then run another.
-    if (m_syncing) {
-        m_resyncPending = true;
-        return;
-    }
-    do {
-        m_resyncPending = false;
-        m_syncing = true;
-        syncOnce();
-        m_syncing = false;
-    } while (m_resyncPending);
+    m_sync.run([this] { syncOnce(); });
 }
 
 void PayDetailsPanel::syncOnce()

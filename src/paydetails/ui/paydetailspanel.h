@@ -1,6 +1,7 @@
 #pragma once
 
 #include "controls/ui/fieldentry.h"
+#include "controls/ui/syncpass.h"
 #include "paydetails/paydetailseditor.h"
 
 #include <array>
@@ -63,8 +64,7 @@ private:
 
     PayDetailsEditor &m_editor;
     bool m_dialog;
-    bool m_syncing = false;
-    bool m_resyncPending = false;
+    SyncPass m_sync;
     int m_lastLeft = -1;
     FieldEntry m_entry; // which field the user is in
 
