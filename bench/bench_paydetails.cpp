@@ -119,10 +119,10 @@ void BM_EditorLoad_Logic(benchmark::State &state)
     const QString dir = payBookFor(int(state.range(0)), int(state.range(1)));
     const Employee e = firstEmployee(dir);
     Database farm(SuiteFiles::farmPath(dir));
-    Database wage(SuiteFiles::wagePath(dir));
+    farm.attach(SuiteFiles::wagePath(dir), "wage");
     PayDetailsEditor editor(PayDetailsEditor::Host::WagesTab);
     for (auto _ : state)
-        editor.load(farm, wage, e.addressId);
+        editor.load(farm, e.addressId);
 }
 
 void BM_EditorSave_Raw(benchmark::State &state)
@@ -130,41 +130,41 @@ void BM_EditorSave_Raw(benchmark::State &state)
     const QString dir = payBookFor(int(state.range(0)), int(state.range(1)));
     const Employee e = firstEmployee(dir);
     sqlite3 *farm = openRaw(SuiteFiles::farmPath(dir));
-    sqlite3 *wage = openRaw(SuiteFiles::wagePath(dir));
+    // The same one transaction over both files that the module commits.
+    stepAll(farm, "ATTACH DATABASE '" + SuiteFiles::wagePath(dir).toUtf8() + "' AS wage");
     const QByteArray id = QByteArray::number(e.employeeId);
     const QByteArray address = QByteArray::number(e.addressId);
     int round = 0;
     for (auto _ : state) {
         ++round;
+        stepAll(farm, "BEGIN IMMEDIATE");
         stepAll(farm, "UPDATE Addresses SET notes = CASE WHEN notes IS NULL OR notes = '' THEN "
                       "'[22/11/2026] Pay rate amended to $30.00 Hour' ELSE notes || char(13, 10) "
                       "|| '[22/11/2026] Pay rate amended to $30.00 Hour' END WHERE AddressID = " +
                           address);
-        stepAll(wage, "BEGIN IMMEDIATE");
-        stepAll(wage, "SELECT * FROM Employees WHERE AddressID = " + address);
-        stepAll(wage,
+        stepAll(farm, "SELECT * FROM Employees WHERE AddressID = " + address);
+        stepAll(farm,
                 "UPDATE Employees SET PayRate = " + QByteArray::number(300000 + round % 2) +
                     ", KiwiSaverEnrolled = -1, KiwiSaverEnrolID = 1 WHERE EmployeeID = " + id);
-        stepAll(wage, "DELETE FROM EmployeeDeductions WHERE EmployeeID = " + id +
+        stepAll(farm, "DELETE FROM EmployeeDeductions WHERE EmployeeID = " + id +
                           " AND TaxName = 'kiwisaver'");
-        stepAll(wage, "INSERT INTO EmployeeDeductions (EmployeeID, DeductID, FixedAmount, "
+        stepAll(farm, "INSERT INTO EmployeeDeductions (EmployeeID, DeductID, FixedAmount, "
                       "SpecialRate, TaxName) VALUES (" +
                           id + ", 1, 0, 3, 'KiwiSaver')");
-        stepAll(wage, "DELETE FROM EmployerContributions WHERE EmployeeID = " + id +
+        stepAll(farm, "DELETE FROM EmployerContributions WHERE EmployeeID = " + id +
                           " AND TaxName = 'kiwisaver'");
-        stepAll(wage, "INSERT INTO EmployerContributions (EmployeeID, ContributionID, "
+        stepAll(farm, "INSERT INTO EmployerContributions (EmployeeID, ContributionID, "
                       "FixedAmount, SpecialRate, TaxName) VALUES (" +
                           id + ", 2, 0, 3, 'KiwiSaver')");
-        stepAll(wage,
+        stepAll(farm,
                 "DELETE FROM EmployeeDeductions WHERE EmployeeID = " + id + " AND TaxName IS NULL");
         for (int i = 0; i < 10; ++i)
-            stepAll(wage, "INSERT INTO EmployeeDeductions (EmployeeID, DeductID, FixedAmount, "
+            stepAll(farm, "INSERT INTO EmployeeDeductions (EmployeeID, DeductID, FixedAmount, "
                           "SpecialRate) VALUES (" +
                               id + ", " + QByteArray::number(6 + i % 8) + ", 100000, 0)");
-        stepAll(wage, "COMMIT");
+        stepAll(farm, "COMMIT");
     }
     sqlite3_close(farm);
-    sqlite3_close(wage);
 }
 
 void BM_EditorSave_Logic(benchmark::State &state)
@@ -172,9 +172,9 @@ void BM_EditorSave_Logic(benchmark::State &state)
     const QString dir = payBookFor(int(state.range(0)), int(state.range(1)));
     const Employee e = firstEmployee(dir);
     Database farm(SuiteFiles::farmPath(dir));
-    Database wage(SuiteFiles::wagePath(dir));
+    farm.attach(SuiteFiles::wagePath(dir), "wage");
     PayDetailsEditor editor(PayDetailsEditor::Host::WagesTab);
-    editor.load(farm, wage, e.addressId);
+    editor.load(farm, e.addressId);
     DeductionGrid &grid = editor.deductionGrid();
     while (grid.rowCount() < 10) {
         const int row = grid.addRow();

@@ -14,8 +14,10 @@
 #include "startup/addressglobals.h"
 #include "startup/addressmessages.h"
 #include "startup/errorreport.h"
+#include "startup/savechanges.h"
 #include "startup/settings.h"
 #include "startup/suiteconfig.h"
+#include "startup/suitedatabase.h"
 
 #include <QGuiApplication>
 #include <QHash>
@@ -174,12 +176,10 @@ Database &AddressBookLogic::farm() const
     return *m_farm;
 }
 
+// The wage file is attached to the main file's connection.
 Database &AddressBookLogic::wage() const
 {
-    if (!m_wage)
-        throw CvError(91, QStringLiteral("frmAddresses"),
-                      QStringLiteral("Object variable or With block variable not set"));
-    return *m_wage;
+    return farm();
 }
 
 // ---- Loading and showing the window ---------------------------------------
@@ -201,9 +201,7 @@ void AddressBookLogic::load()
     m_employeeSwitchChecked = false;
     m_employeeSwitchToolTip = AddressTexts::HideFormerEmployees;
     try {
-        Settings &settings = AddressGlobals::settings();
-        m_wage = std::make_unique<Database>(settings.WageDataBase());
-        m_farm = std::make_unique<Database>(settings.DatabaseName());
+        m_farm = openSuiteDatabase();
         setCaptions();
         m_helpFile = helpFolder() + u'/' + kHelpFileName;
         AddressGlobals::helpFilePath = m_helpFile;
@@ -215,6 +213,9 @@ void AddressBookLogic::load()
         readColourEntry(QStringLiteral("CvHeader"));
         m_headerColour = suiteColour();
     } catch (const CvError &e) {
+        // Without its data files the window has nothing to show: one report, and every
+        // later event finds no data files and does nothing.
+        m_farm.reset();
         showErrorReport(e, ErrorOrigin::FormLoad);
     }
 }
@@ -270,6 +271,8 @@ void AddressBookLogic::fillHeadingList()
 void AddressBookLogic::activate()
 {
     Batch batch(*this);
+    if (!m_farm)
+        return;
     try {
         if (!m_employeeMode) {
             m_employeeSwitchChecked = false;
@@ -306,14 +309,11 @@ void AddressBookLogic::FillNameList(bool currentOnly, qint32 &addressId, const Q
     try {
         // The window keeps both files open for its lifetime; a fresh pair of
         // connections per rebuild would cost more than the query on a small list.
-        std::unique_ptr<Database> ownFarm, ownWage;
-        if (!m_farm || !m_wage) {
-            Settings &settings = AddressGlobals::settings();
-            ownFarm = std::make_unique<Database>(settings.DatabaseName());
-            ownWage = std::make_unique<Database>(settings.WageDataBase());
-        }
-        Database &farm = m_farm ? *m_farm : *ownFarm;
-        Database &wage = m_wage ? *m_wage : *ownWage;
+        std::unique_ptr<Database> own;
+        if (!m_farm)
+            own = openSuiteDatabase();
+        Database &farm = m_farm ? *m_farm : *own;
+        Database &wage = farm;
 
         qint32 reselect = -1;
         if (addressId >= 1)
@@ -405,20 +405,24 @@ void AddressBookLogic::chooseName(int index)
     Batch batch(*this);
     if (index < 0 || index >= m_nameList.count())
         return;
+    // The entry on screen is saved before another is shown; when it cannot be, the
+    // list goes back to it.
+    if (!saveCurrentTab())
+        return;
     m_nameList.setListIndex(index);
-    cmbNameClick();
+    UpdateScreenDisplay();
 }
 
 void AddressBookLogic::cmbNameClick()
 {
-    saveCurrentTab();
-    UpdateScreenDisplay();
+    if (saveCurrentTab())
+        UpdateScreenDisplay();
 }
 
 void AddressBookLogic::changeLetterFilter(const QString &letter)
 {
     Batch batch(*this);
-    if (!m_letterStripEnabled)
+    if (!m_letterStripEnabled || !saveCurrentTab())
         return;
     m_filter = letter == u"*" ? QStringLiteral("*") : letter + u'*';
     qint32 current = AddressGlobals::CurrentAddressID;
@@ -429,7 +433,8 @@ void AddressBookLogic::clickEmployeeSwitch(bool checked)
 {
     Batch batch(*this);
     try {
-        saveCurrentTab();
+        if (!saveCurrentTab())
+            return;
         m_employeeSwitchChecked = checked;
         m_employeeSwitchToolTip =
             checked ? AddressTexts::ShowFormerEmployees : AddressTexts::HideFormerEmployees;
@@ -471,7 +476,7 @@ void AddressBookLogic::UpdateScreenDisplay()
         }
         if (m_currentTab == payTab()) {
             if (m_wageTab)
-                m_wageTab->loadWageTab(farm(), wage(), id, m_employeeId);
+                m_wageTab->loadWageTab(farm(), id, m_employeeId);
         } else if (m_currentTab == notesTab()) {
             LoadAddressNotes();
         }
@@ -482,14 +487,13 @@ void AddressBookLogic::UpdateScreenDisplay()
     }
 }
 
-// Moves to the entry: what the user changed on the entry being left is
-// written first, then the new row is read. Only this one row is read, so
+// Shows the entry: the caller has saved what the user changed on the entry
+// being left (saveCurrentTab), so nothing typed is read over. Only this one row is read, so
 // showing an entry costs the same in any size of book. False when there is no
 // such entry (in employee mode: no such employee entry); the screen then stays
 // as it was.
 bool AddressBookLogic::showRow(qint32 addressId)
 {
-    writePendingEdits();
     Recordset rs(farm(), rowQuery(addressId), Recordset::Snapshot);
     if (rs.eof())
         return false;
@@ -505,6 +509,7 @@ bool AddressBookLogic::showRow(qint32 addressId)
     m_shownId = addressId;
     m_employeeId = 0;
     showHeading(rs.value(QStringLiteral("HeadingAccount")));
+    m_storedHeadingIndex = m_headingList.listIndex();
     m_headingChosen = false;
     return true;
 }
@@ -532,9 +537,9 @@ void AddressBookLogic::showHeading(const QVariant &headingAccount)
 void AddressBookLogic::leaveShownEntry()
 {
     saveCurrentTab();
-    writePendingEdits();
     ClearScreen();
     m_notes.clear();
+    m_storedNotes.clear();
 }
 
 void AddressBookLogic::ClearScreen()
@@ -650,81 +655,114 @@ bool AddressBookLogic::boundFieldsChanged() const
     return m_flags[0] != m_storedFlags[0] || m_flags[1] != m_storedFlags[1];
 }
 
-// Writes the changed fields of the shown entry. A value the column refuses is
-// reported and stays on screen; the other fields are written all the same.
-void AddressBookLogic::writeBoundFields()
+// Writes the changed fields of the shown entry, inside the caller's save. A value
+// the column refuses is reported and stays on screen; the other fields are written
+// all the same. Returns the fields written, to be marked stored once the save commits.
+std::vector<int> AddressBookLogic::writeBoundFields()
 {
-    if (!m_farm || m_shownId == 0 || !boundFieldsChanged())
-        return;
-    try {
-        Recordset rs(farm(), rowQuery(m_shownId));
-        if (rs.eof())
-            return;
-        rs.edit();
-        std::vector<int> written;
-        for (int i = 0; i < FieldCount; ++i) {
-            if (m_refused[i] || m_fields[i] == m_storedFields[i])
-                continue;
-            try {
-                rs.setValue(QLatin1String(kColumns[i]),
-                            m_fields[i].isEmpty() ? QVariant() : QVariant(m_fields[i]));
-                written.push_back(i);
-            } catch (const CvError &e) {
-                m_refused[i] = true;
-                reportDataError(e);
-            }
+    std::vector<int> written;
+    if (!boundFieldsChanged())
+        return written;
+    Recordset rs(farm(), rowQuery(m_shownId));
+    if (rs.eof())
+        return written;
+    rs.edit();
+    for (int i = 0; i < FieldCount; ++i) {
+        if (m_refused[i] || m_fields[i] == m_storedFields[i])
+            continue;
+        try {
+            rs.setValue(QLatin1String(kColumns[i]),
+                        m_fields[i].isEmpty() ? QVariant() : QVariant(m_fields[i]));
+            written.push_back(i);
+        } catch (const CvError &e) {
+            m_refused[i] = true;
+            reportDataError(e);
         }
-        for (int f = 0; f < 2; ++f) {
-            if (m_flags[f] != m_storedFlags[f])
-                rs.setValue(QLatin1String(kFlagColumns[f]), m_flags[f]);
-        }
-        rs.update();
+    }
+    for (int f = 0; f < 2; ++f) {
+        if (m_flags[f] != m_storedFlags[f])
+            rs.setValue(QLatin1String(kFlagColumns[f]), m_flags[f]);
+    }
+    rs.update();
+    return written;
+}
+
+QString AddressBookLogic::shownEntryName() const
+{
+    const QString name = m_storedFields[BusName];
+    return name.isEmpty() ? QStringLiteral("this entry") : name;
+}
+
+bool AddressBookLogic::saveEntry(bool withNotes)
+{
+    if (!m_farm || m_shownId == 0)
+        return true;
+    const bool notesChanged = withNotes && m_notes != m_storedNotes;
+    // Nothing the user did not change is written.
+    if (!boundFieldsChanged() && !m_headingChosen && !notesChanged)
+        return true;
+    std::vector<int> written;
+    const SaveOutcome outcome = saveChanges(farm(), shownEntryName(), [&] {
+        written = writeBoundFields();
+        if (m_headingChosen)
+            saveHeadingChoice();
+        if (notesChanged)
+            farm().execute(QStringLiteral("UPDATE Addresses SET notes = ? WHERE AddressID = ?"),
+                           {m_notes, m_shownId});
+    });
+    switch (outcome) {
+    case SaveOutcome::Saved:
         for (int i : written)
             m_storedFields[i] = m_fields[i];
         m_storedFlags[0] = m_flags[0];
         m_storedFlags[1] = m_flags[1];
-    } catch (const CvError &e) {
-        reportDataError(e);
+        m_storedHeadingIndex = m_headingList.listIndex();
+        m_headingChosen = false;
+        if (notesChanged)
+            m_storedNotes = m_notes;
+        return true;
+    case SaveOutcome::Discarded:
+        // The entry as it was read comes back, without reading it again (the file
+        // may still be held).
+        m_fields = m_storedFields;
+        m_refused = {};
+        m_flags[0] = m_storedFlags[0];
+        m_flags[1] = m_storedFlags[1];
+        if (m_headingChosen) {
+            m_headingList.setListIndex(m_storedHeadingIndex);
+            m_headingChosen = false;
+        }
+        if (withNotes)
+            m_notes = m_storedNotes;
+        if (!m_employeeMode)
+            EnableEditPays(m_flags[WageFlag]);
+        return true;
+    case SaveOutcome::Kept:
+        break;
     }
+    return false;
 }
 
-// As the bound data source did when it moved: the fields, and a heading the
-// user picked, are not lost whichever tab the user leaves from.
-void AddressBookLogic::writePendingEdits()
-{
-    writeBoundFields();
-    if (m_headingChosen)
-        saveHeadingChoice();
-}
-
-void AddressBookLogic::SaveHeading()
+bool AddressBookLogic::SaveHeading()
 {
     Batch batch(*this);
-    try {
-        writeBoundFields();
-        saveHeadingChoice();
-    } catch (const CvError &e) {
-        showErrorReport(e, origin("SaveHeading"));
-    }
+    return saveEntry(false);
 }
 
 void AddressBookLogic::saveHeadingChoice()
 {
-    if (!m_farm || m_shownId == 0)
-        return;
     const QString where = QStringLiteral("WHERE (((Addresses.AddressID)=") +
                           QString::number(m_shownId) + QStringLiteral("));");
     const int index = m_headingList.listIndex();
     if (index == 0 && m_headingList.text() == u"None") {
-        m_farm->execute(
+        farm().execute(
             QStringLiteral("UPDATE DISTINCTROW Addresses SET Addresses.HeadingAccount = Null ") +
             where);
     } else if (index >= 1 && m_headingList.itemData(index) >= 1) {
-        m_farm->execute(QStringLiteral("UPDATE DISTINCTROW Addresses SET "
-                                       "Addresses.HeadingAccount = ") +
-                        QString::number(m_headingList.itemData(index)) + u' ' + where);
+        farm().execute(QStringLiteral("UPDATE DISTINCTROW Addresses SET "
+                                      "Addresses.HeadingAccount = ") +
+                       QString::number(m_headingList.itemData(index)) + u' ' + where);
     }
-    m_headingChosen = false;
 }
 
 // ---- Notes -------------------------------------------------------------------
@@ -739,6 +777,7 @@ void AddressBookLogic::LoadAddressNotes()
 {
     Batch batch(*this);
     m_notes.clear();
+    m_storedNotes.clear();
     try {
         if (!m_farm)
             return;
@@ -748,27 +787,16 @@ void AddressBookLogic::LoadAddressNotes()
                      Recordset::Snapshot);
         if (!rs.eof() && !rs.isNull(QStringLiteral("notes")))
             m_notes = rs.value(QStringLiteral("notes")).toString();
+        m_storedNotes = m_notes;
     } catch (const CvError &e) {
         showErrorReport(e, origin("LoadAddressNotes"));
     }
 }
 
-void AddressBookLogic::SaveAddressNotes()
+bool AddressBookLogic::SaveAddressNotes()
 {
-    // The notes belong to the entry on screen; with none shown there is
-    // nothing to save them to.
-    if (m_shownId == 0 || !m_farm)
-        return;
-    try {
-        Recordset rs(farm(), rowQuery(m_shownId));
-        if (!rs.eof()) {
-            rs.edit();
-            rs.setValue(QStringLiteral("notes"), m_notes);
-            rs.update();
-        }
-    } catch (const CvError &e) {
-        showErrorReport(e, origin("SaveAddressNotes"));
-    }
+    Batch batch(*this);
+    return saveEntry(true);
 }
 
 // ---- Tabs --------------------------------------------------------------------
@@ -781,21 +809,16 @@ QStringList AddressBookLogic::tabCaptions() const
     return {QStringLiteral("Addresses"), QStringLiteral("Notes")};
 }
 
-void AddressBookLogic::saveCurrentTab()
+bool AddressBookLogic::saveCurrentTab()
 {
-    saveTab(m_currentTab);
+    return saveTab(m_currentTab);
 }
 
-void AddressBookLogic::saveTab(int tab)
+bool AddressBookLogic::saveTab(int tab)
 {
-    if (tab == payTab()) {
-        if (m_wageTab && m_shownId != 0)
-            m_wageTab->SaveWageTab();
-    } else if (tab == notesTab()) {
-        SaveAddressNotes();
-    } else {
-        SaveHeading();
-    }
+    if (tab == payTab() && m_wageTab && m_shownId != 0 && !m_wageTab->SaveWageTab())
+        return false;
+    return saveEntry(tab == notesTab());
 }
 
 void AddressBookLogic::changeTab(int tab)
@@ -805,11 +828,12 @@ void AddressBookLogic::changeTab(int tab)
         return;
     try {
         const int left = m_currentTab;
+        // A tab whose changes could not be saved stays in front.
         if (!m_employeeMode) {
-            if (left == notesTab())
-                SaveAddressNotes();
-        } else if (m_nameList.listIndex() >= 0) {
-            saveTab(left);
+            if (left == notesTab() && !SaveAddressNotes())
+                return;
+        } else if (m_nameList.listIndex() >= 0 && !saveTab(left)) {
+            return;
         }
         m_currentTab = tab;
         prepareTab(tab);
@@ -831,7 +855,7 @@ void AddressBookLogic::prepareTab(int tab)
     } else if (tab == payTab()) {
         m_payFrameVisible = true;
         if (m_wageTab && m_shownId != 0)
-            m_wageTab->loadWageTab(farm(), wage(), m_shownId, m_employeeId);
+            m_wageTab->loadWageTab(farm(), m_shownId, m_employeeId);
     }
 }
 
@@ -846,6 +870,8 @@ void AddressBookLogic::nextTab()
 void AddressBookLogic::addEntry()
 {
     Batch batch(*this);
+    if (!m_farm)
+        return;
     try {
         const QString answer =
             trimBlanks(m_inputBox ? m_inputBox->ask(AddressTexts::NewEntryPrompt,
@@ -854,36 +880,48 @@ void AddressBookLogic::addEntry()
         if (answer.isEmpty()) {
             msgNoNameEntered();
         } else {
+            if (!saveCurrentTab())
+                return;
             setBusy(true);
-            writePendingEdits();
-            // No row has the identifier 0: the set starts empty.
-            Recordset rs(farm(), rowQuery(0));
-            rs.addNew();
-            rs.setValue(QStringLiteral("WageFlag"), m_employeeMode);
+            qint32 newId = 0;
+            qint32 newEmployee = 0;
+            // The address and, on the employee window, its Employees row are one save:
+            // an entry flagged for the wage book never lacks its row.
+            const SaveOutcome outcome =
+                saveChanges(farm(), QStringLiteral("the new entry %1").arg(answer), [&] {
+                    // No row has the identifier 0: the set starts empty.
+                    Recordset rs(farm(), rowQuery(0));
+                    rs.addNew();
+                    rs.setValue(QStringLiteral("WageFlag"), m_employeeMode);
+                    rs.setValue(QStringLiteral("busname"), answer);
+                    if (m_employeeMode)
+                        rs.setValue(QStringLiteral("contactlastname"), lastWord(answer));
+                    rs.update();
+                    newId = qint32(rs.lastInsertId());
+                    if (m_employeeMode) {
+                        Recordset employee(wage(),
+                                           QStringLiteral("Select Distinctrow * from "
+                                                          "Employees where EmployeeID = 0"));
+                        employee.addNew();
+                        employee.setValue(QStringLiteral("AddressID"), newId);
+                        employee.setValue(QStringLiteral("EmployeetypeID"),
+                                          DefaultEmployeeTypeID(wage()));
+                        employee.setValue(QStringLiteral("PayIntervalID"),
+                                          DefaultPayIntervalID(wage()));
+                        employee.setValue(QStringLiteral("TaxTypeID"), DefaultTaxTypeID(wage()));
+                        employee.update();
+                        newEmployee = qint32(employee.lastInsertId());
+                    }
+                });
+            setBusy(false);
+            if (outcome != SaveOutcome::Saved)
+                return;
             if (m_editPaysEnabled)
                 m_editPaysEnabled = false;
-            rs.setValue(QStringLiteral("busname"), answer);
-            if (m_employeeMode)
-                rs.setValue(QStringLiteral("contactlastname"), lastWord(answer));
-            rs.update();
-            const qint32 newId = qint32(rs.lastInsertId());
             emit focusFieldRequested(BusName);
             showRow(newId);
             AddressGlobals::CurrentAddressID = newId;
-
-            if (m_employeeMode) {
-                Recordset employee(
-                    wage(),
-                    QStringLiteral("Select Distinctrow * from Employees where EmployeeID = 0"));
-                employee.addNew();
-                employee.setValue(QStringLiteral("AddressID"), newId);
-                employee.setValue(QStringLiteral("EmployeetypeID"), DefaultEmployeeTypeID(wage()));
-                employee.setValue(QStringLiteral("PayIntervalID"), DefaultPayIntervalID(wage()));
-                employee.setValue(QStringLiteral("TaxTypeID"), DefaultTaxTypeID(wage()));
-                employee.update();
-                m_employeeId = qint32(employee.lastInsertId());
-            }
-            setBusy(false);
+            m_employeeId = newEmployee;
         }
         qint32 current = AddressGlobals::CurrentAddressID;
         FillNameList(AddressGlobals::settings().EmployeeOnly(), current, QStringLiteral("*"));
@@ -945,9 +983,14 @@ void AddressBookLogic::deleteEntry()
             return;
 
         // The Addresses row only: an Employees row stays behind.
-        Recordset rs(farm(), rowQuery(id));
-        if (!rs.eof())
-            rs.remove();
+        const SaveOutcome outcome =
+            saveChanges(farm(), QStringLiteral("the deletion of %1").arg(name), [&] {
+                Recordset rs(farm(), rowQuery(id));
+                if (!rs.eof())
+                    rs.remove();
+            });
+        if (outcome != SaveOutcome::Saved)
+            return;
         if (m_shownId == id)
             ClearScreen(); // its edits go with it
 
@@ -972,8 +1015,8 @@ void AddressBookLogic::editPayDetails()
         // The dialog appends its change log to the notes: store ours first and
         // read them back afterwards, so neither overwrites the other.
         const bool onNotes = m_currentTab == notesTab();
-        if (onNotes)
-            SaveAddressNotes();
+        if (onNotes && !SaveAddressNotes())
+            return;
         m_payOpener->openPayDetails(AddressGlobals::CurrentAddressID);
         if (onNotes)
             LoadAddressNotes();
@@ -992,12 +1035,23 @@ void AddressBookLogic::showHelp()
     m_helpOpen = true;
 }
 
-void AddressBookLogic::queryUnload()
+bool AddressBookLogic::queryUnload()
 {
     Batch batch(*this);
+    try {
+        if (m_shownId != 0 && m_fields[ContactLastName].isEmpty())
+            m_fields[ContactLastName] = lastWord(m_fields[BusName]);
+        // A change that could not be saved keeps the window open, unless the user
+        // chose to let it go.
+        if (!saveCurrentTab())
+            return false;
+    } catch (const CvError &e) {
+        showErrorReport(e, origin("Form_Unload"));
+    }
     if (m_helpOpen && m_helpOpener)
         m_helpOpener->closeHelp();
     m_helpOpen = false;
+    return true;
 }
 
 QString AddressBookLogic::lastWord(const QString &name)
@@ -1010,15 +1064,15 @@ void AddressBookLogic::unload()
 {
     Batch batch(*this);
     try {
+        // After queryUnload() there is nothing left to save; a caller that unloads
+        // without asking still gets the last changes stored.
         if (m_shownId != 0 && m_fields[ContactLastName].isEmpty())
             m_fields[ContactLastName] = lastWord(m_fields[BusName]);
         saveCurrentTab();
-        writePendingEdits();
     } catch (const CvError &e) {
         showErrorReport(e, origin("Form_Unload"));
     }
     m_farm.reset();
-    m_wage.reset();
     m_loaded = false;
     setBusy(false);
 }

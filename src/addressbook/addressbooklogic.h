@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <vector>
 
 class Database;
 class HelpOpener;
@@ -143,10 +144,12 @@ public:
     void deleteEntry();    // cmdDelete
     void editPayDetails(); // cmdEditPays
     void showHelp();       // F1
-    // Form_QueryUnload, then Form_Unload: the window is closing (cmdClose or
-    // the title bar). Saves, closes the data files; CurrentAddressID then
-    // holds the entry last shown.
-    void queryUnload();
+    // Form_QueryUnload: the window is about to close (cmdClose, Alt+F4 or the
+    // title bar). Saves what the user changed; false when that could not be saved
+    // and the user went back to it: the window then stays open.
+    bool queryUnload();
+    // Form_Unload: closes the data files; CurrentAddressID then holds the entry
+    // last shown.
     void unload();
 
     // ---- The window's procedures --------------------------------------------
@@ -161,11 +164,16 @@ public:
     void ClearScreen();
     void EnableEditPays(bool wageFlag);
     void LoadAddressNotes();
-    void SaveAddressNotes();
-    // Writes the first tab's fields back, then the chosen heading.
-    void SaveHeading();
-    // Saves the tab the user is on: first tab, notes or pay information.
-    void saveCurrentTab();
+    // Each save below stores what the user changed on the shown entry and nothing
+    // else, in one transaction. False when it could not be saved and the user went
+    // back to the change (the caller then does not move on); after a discard the
+    // entry is shown as stored.
+    // The notes with the first tab's changes.
+    bool SaveAddressNotes();
+    // The first tab's fields and a heading the user picked.
+    bool SaveHeading();
+    // The tab the user is on: first tab, notes or pay information.
+    bool saveCurrentTab();
 
     // The last word of a name: the text after the last blank among all
     // characters but the final one; the whole name when there is none.
@@ -227,9 +235,10 @@ public:
     // Its Employees row in employee mode, 0 when it has none.
     qint32 employeeId() const { return m_employeeId; }
 
-    // The window's open data files; null before load and after unload.
+    // The window's open data files, one connection with the wage file attached;
+    // null before load and after unload.
     Database *farmDatabase() const { return m_farm.get(); }
-    Database *wageDatabase() const { return m_wage.get(); }
+    Database *wageDatabase() const { return m_farm.get(); }
 
     quint64 revision() const { return m_revision; }
 
@@ -248,13 +257,14 @@ private:
     Database &wage() const;
     void setBusy(bool busy);
     void cmbNameClick();
-    void saveTab(int tab);
+    bool saveTab(int tab);
+    bool saveEntry(bool withNotes);
+    QString shownEntryName() const;
     void prepareTab(int tab);
     bool showRow(qint32 addressId);
     void showHeading(const QVariant &headingAccount);
     void leaveShownEntry();
-    void writePendingEdits();
-    void writeBoundFields();
+    std::vector<int> writeBoundFields();
     bool boundFieldsChanged() const;
     void saveHeadingChoice();
     void fillHeadingList();
@@ -263,7 +273,6 @@ private:
     bool noTransactions(qint32 addressId);
 
     std::unique_ptr<Database> m_farm;
-    std::unique_ptr<Database> m_wage;
     InputBoxService *m_inputBox = nullptr;
     PayDetailsOpener *m_payOpener = nullptr;
     HelpOpener *m_helpOpener = nullptr;
@@ -286,8 +295,10 @@ private:
 
     ComboList m_nameList;
     ComboList m_headingList;
-    bool m_headingChosen = false; // picked by the user since the entry was shown
+    bool m_headingChosen = false;  // picked by the user since the entry was shown
+    int m_storedHeadingIndex = -1; // the list's item for the entry as it was read
     QString m_notes;
+    QString m_storedNotes; // as read, to write them only when the user changed them
     QString m_filter = QStringLiteral("*");
 
     int m_currentTab = 0;

@@ -11,10 +11,10 @@ class WageTabHook
 public:
     virtual ~WageTabHook() = default;
     // Shows the pay details of the entry. employeeId is the entry's Employees
-    // row, 0 when it has none. The databases are the window's own, open for its
-    // lifetime.
-    virtual void loadWageTab(Database &farm, Database &wage, qint32 addressId,
-                             qint32 employeeId) = 0;
-    // Saves what the tab shows (the employee row and its child rows).
-    virtual void SaveWageTab() = 0;
+    // row, 0 when it has none. The database is the window's own connection (the
+    // wage file attached to the main file), open for its lifetime.
+    virtual void loadWageTab(Database &suite, qint32 addressId, qint32 employeeId) = 0;
+    // Saves what the tab shows (the employee row, its child rows, the change log);
+    // false when it could not be saved and the user went back to it.
+    virtual bool SaveWageTab() = 0;
 };

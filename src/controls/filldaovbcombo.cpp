@@ -150,17 +150,15 @@ void setGridColumnCaptions(GridColumns &grid, const QVariantList &captions)
     }
 }
 
-void fillGridColumnValueList(GridColumns &grid, const QString &query, int column,
-                             const QString &databasePath, const QString &displayField,
-                             const QString &boundField, const QString &tableName,
-                             const GridValueListOptions &options)
+void fillGridColumnValueList(GridColumns &grid, const QString &query, int column, Database &db,
+                             const QString &displayField, const QString &boundField,
+                             const QString &tableName, const GridValueListOptions &options)
 {
     GridColumn &target = grid.column(column);
     target.options = options;
     target.valueItems.clear();
     std::vector<GridValueItem> items;
     try {
-        Database db(databasePath);
         Recordset rs(db, query, Recordset::Snapshot);
         for (; !rs.eof(); rs.moveNext())
             items.push_back({rs.value(boundField), fieldText(rs.value(displayField))});

@@ -74,11 +74,10 @@ struct GridColumns
 // element than they have columns.
 void setGridColumnCaptions(GridColumns &grid, const QVariantList &captions);
 
-// Opens the data file at databasePath and fills the column's value list from the query:
+// Fills the column's value list from the query on db:
 // boundField is the value the grid stores, displayField the name it shows. When the query
 // cannot be read the user is told "Database out of date, problem reading " + tableName and
 // the list is left empty.
-void fillGridColumnValueList(GridColumns &grid, const QString &query, int column,
-                             const QString &databasePath, const QString &displayField,
-                             const QString &boundField, const QString &tableName,
-                             const GridValueListOptions &options = {});
+void fillGridColumnValueList(GridColumns &grid, const QString &query, int column, Database &db,
+                             const QString &displayField, const QString &boundField,
+                             const QString &tableName, const GridValueListOptions &options = {});

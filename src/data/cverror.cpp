@@ -7,3 +7,8 @@ CvError::CvError(int number, QString source, QString description)
       m_what(QStringLiteral("%1 (%2): %3").arg(m_number).arg(m_source, m_description).toStdString())
 {
 }
+
+bool CvError::isTransient() const
+{
+    return m_number == DatabaseLocked || m_number == DiskFull || m_number == DiskOrNetworkError;
+}

@@ -21,8 +21,10 @@ public:
         UpdateWithoutEdit = 3020,
         NoCurrentRecord = 3021,
         CannotOpenDatabase = 3024,
+        DiskFull = 3026,
         NotUpdatable = 3027,
         NoTransaction = 3034,
+        DiskOrNetworkError = 3043,
         FileReadOnly = 3051,
         SqlError = 3061,
         SyntaxError = 3075,
@@ -38,6 +40,10 @@ public:
     };
 
     CvError(int number, QString source, QString description);
+
+    // A failure of the disk or of another program's lock, not of the values written:
+    // the same save may succeed when the user retries.
+    bool isTransient() const;
 
     int number() const { return m_number; }
     const QString &source() const { return m_source; }

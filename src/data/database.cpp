@@ -10,6 +10,7 @@
 #include <QSqlDriver>
 #include <QUrl>
 #include <sqlite3.h>
+#include <utility>
 
 namespace {
 
@@ -52,6 +53,37 @@ void checkFile(const QFileInfo &fi)
                           .arg(folder.absoluteFilePath(), path));
 }
 
+// mode=rw: SQLite opens the file or fails; it never creates one.
+QString fileUri(const QString &absolutePath)
+{
+    return QStringLiteral("file:%1?mode=rw")
+        .arg(QString::fromLatin1(QUrl::toPercentEncoding(absolutePath, "/")));
+}
+
+// Both files of a save commit together only in a rollback journal: SQLite's
+// write-ahead log commits each attached file on its own. The suite's files are made
+// in rollback mode; one switched by another program is switched back while nobody
+// else has it open, or refused, rather than saved half at a time.
+void requireRollbackJournal(DatabaseState &s, const QString &schema, const QString &path)
+{
+    QSqlQuery q = s.query();
+    const QString pragma = QStringLiteral("PRAGMA %1.journal_mode").arg(schema);
+    s.run(q, pragma, {}, Source);
+    const QString mode = q.next() ? q.value(0).toString().toLower() : QString();
+    q.finish();
+    if (mode != u"wal")
+        return;
+    s.run(q, pragma + QStringLiteral(" = DELETE"), {}, Source);
+    const QString now = q.next() ? q.value(0).toString().toLower() : QString();
+    q.finish();
+    if (now == u"wal")
+        throw CvError(CvError::CannotOpenDatabase, Source,
+                      QStringLiteral("The data file '%1' is in write-ahead-log mode, in which the "
+                                     "suite's two data files cannot be saved together. Close the "
+                                     "other suite programs and start again.")
+                          .arg(path));
+}
+
 } // namespace
 
 Database::Database(const QString &path, int busyTimeoutMs)
@@ -71,9 +103,7 @@ Database::Database(const QString &path, int busyTimeoutMs)
         throw CvError(CvError::CannotOpenDatabase, Source,
                       QStringLiteral("Qt's SQLite driver (QSQLITE) is not installed."));
     }
-    // mode=rw: SQLite opens the file or fails; it never creates one.
-    s.db.setDatabaseName(QStringLiteral("file:%1?mode=rw")
-                             .arg(QString::fromLatin1(QUrl::toPercentEncoding(s.path, "/"))));
+    s.db.setDatabaseName(fileUri(s.path));
     s.db.setConnectOptions(
         QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1").arg(busyTimeoutMs));
     if (!s.db.open()) {
@@ -95,6 +125,8 @@ Database::Database(const QString &path, int busyTimeoutMs)
     try {
         QSqlQuery q = s.query();
         s.run(q, QStringLiteral("SELECT count(*) FROM sqlite_master"), {}, Source);
+        q.finish();
+        requireRollbackJournal(s, QStringLiteral("main"), s.path);
     } catch (...) {
         s.close();
         throw;
@@ -104,6 +136,41 @@ Database::Database(const QString &path, int busyTimeoutMs)
 Database::~Database()
 {
     m_state->close();
+}
+
+void Database::attach(const QString &path, const QString &schema)
+{
+    DatabaseState &s = *m_state;
+    s.requireOpen(Source);
+    const QFileInfo fi(path);
+    checkFile(fi);
+    const QString absolute = fi.absoluteFilePath();
+    const QString quoted = JetSql::quoteIdentifier(schema);
+    // A failure here is the attached file's own: its messages name it alone.
+    const QString mainPath = std::exchange(s.path, absolute);
+    const QStringList others = std::exchange(s.attached, {});
+    QSqlQuery q = s.query();
+    try {
+        s.run(q, QStringLiteral("ATTACH DATABASE ? AS %1").arg(quoted), {fileUri(absolute)},
+              Source);
+        try {
+            s.run(q, QStringLiteral("SELECT count(*) FROM %1.sqlite_master").arg(quoted), {},
+                  Source);
+            q.finish();
+            requireRollbackJournal(s, quoted, absolute);
+        } catch (...) {
+            QSqlQuery detach = s.query();
+            detach.exec(QStringLiteral("DETACH DATABASE %1").arg(quoted));
+            throw;
+        }
+    } catch (...) {
+        s.path = mainPath;
+        s.attached = others;
+        throw;
+    }
+    s.path = mainPath;
+    s.attached = others;
+    s.attached << absolute;
 }
 
 QString Database::path() const

@@ -17,7 +17,10 @@ class Recordset;
 class Database
 {
 public:
-    static constexpr int DefaultBusyTimeoutMs = 5000;
+    // How long a statement waits for another suite program's lock before it fails. A
+    // window waits no longer than this, frozen, before it tells the user and offers to
+    // retry; the suite's other programs hold the files for milliseconds at a time.
+    static constexpr int DefaultBusyTimeoutMs = 1000;
 
     // Opens the file at path. Throws CvError: 3024 when it is missing, 3343 when
     // it is not a database, 3051 when it is read-only, 3260 when another program
@@ -26,6 +29,12 @@ public:
     ~Database();
     Database(const Database &) = delete;
     Database &operator=(const Database &) = delete;
+
+    // Opens a second data file on this connection under the schema name. Statements
+    // then reach the tables of both files (their names differ), and one transaction
+    // commits both files together or neither: that is how a save that changes both
+    // the main and the wage file stays whole. Throws as the constructor does.
+    void attach(const QString &path, const QString &schema);
 
     QString path() const;
     bool isOpen() const;

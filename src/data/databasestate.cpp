@@ -57,21 +57,38 @@ void DatabaseState::fail(int code, const QString &message, const char *source)
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
         throw CvError(CvError::DatabaseLocked, source,
-                      QStringLiteral("The data file %1 is in use by another program and stayed "
-                                     "locked for %2 seconds (%3).")
-                          .arg(path)
-                          .arg(busyTimeout / 1000.0)
-                          .arg(message));
+                      QStringLiteral("Another program is using %1 and kept it locked longer "
+                                     "than this program waits (%2 s: %3).")
+                          .arg(files(), QString::number(busyTimeout / 1000.0), message));
+    case SQLITE_FULL:
+        throw CvError(CvError::DiskFull, source,
+                      QStringLiteral("The disk holding %1 is full (%2).").arg(files(), message));
+    case SQLITE_IOERR:
+    case SQLITE_CANTOPEN:
+    case SQLITE_PROTOCOL:
+        throw CvError(CvError::DiskOrNetworkError, source,
+                      QStringLiteral("The disk or network holding %1 failed while it was written "
+                                     "(%2).")
+                          .arg(files(), message));
     case SQLITE_NOTADB:
-        throw CvError(CvError::UnrecognizedFormat, source,
-                      QStringLiteral("Unrecognized database format '%1' (%2).").arg(path, message));
+    case SQLITE_CORRUPT:
+        throw CvError(
+            CvError::UnrecognizedFormat, source,
+            QStringLiteral("Unrecognized database format '%1' (%2).").arg(files(), message));
     case SQLITE_READONLY:
         throw CvError(
             CvError::FileReadOnly, source,
-            QStringLiteral("The data file %1 cannot be written (%2).").arg(path, message));
+            QStringLiteral("The data file %1 cannot be written (%2).").arg(files(), message));
     default:
         throw CvError(CvError::SqlError, source, message);
     }
+}
+
+QString DatabaseState::files() const
+{
+    QStringList names{path};
+    names += attached;
+    return names.join(QStringLiteral(" or "));
 }
 
 const DatabaseState::Table &DatabaseState::table(const QString &name, const char *source)

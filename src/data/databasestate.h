@@ -7,6 +7,7 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QString>
+#include <QStringList>
 
 struct sqlite3;
 
@@ -22,6 +23,7 @@ public:
     };
 
     QString path;
+    QStringList attached; // the paths of files attached to this connection
     QString connectionName;
     QSqlDatabase db;
     sqlite3 *handle = nullptr;
@@ -46,6 +48,9 @@ public:
     FieldInfo column(const QString &table, const QString &column, const char *source);
 
     void close();
+
+    // The connection's files, for messages: "main" or "main or attached".
+    QString files() const;
 
 private:
     QHash<QString, Table> m_tables;

@@ -1,17 +1,12 @@
 #include "paydetails/changelog.h"
 
-#include "data/cverror.h"
 #include "data/database.h"
 #include "data/money.h"
 #include "data/serialdate.h"
 #include "startup/clock.h"
-#include "startup/errorreport.h"
-#include "startup/settings.h"
 #include "startup/translate.h"
 
 namespace {
-
-const QLatin1String AppendToNotesOrigin(") was generated in basDeductions.AppendToNotes");
 
 QString g_unitOfPay;
 
@@ -65,63 +60,56 @@ QString fieldLabel(qint16 field)
 
 } // namespace
 
-void logValueChange(qint16 field, const QString &newValue, const QString &oldValue,
-                    qint32 addressId)
+QString valueChangeLine(qint16 field, const QString &newValue, const QString &oldValue)
 {
     if (newValue == oldValue)
-        return;
+        return QString();
     const QString date = todayText();
-    QString line;
     switch (field) {
     case 2:
-        line = Translate(QStringLiteral("[|0|] Pay rate amended to |1| |2|"),
+        return Translate(QStringLiteral("[|0|] Pay rate amended to |1| |2|"),
                          {date, currencyText(newValue), currentUnitOfPay()});
-        break;
     case 3:
-        line = Translate(QStringLiteral("[|0|] Salary Changed to |1| per year"),
+        return Translate(QStringLiteral("[|0|] Salary Changed to |1| per year"),
                          {date, currencyText(newValue)});
-        break;
     case 4:
     case 5:
         if (const auto when = loggedDate(newValue))
-            line = Translate(field == 4 ? QStringLiteral("[|0|] Hired on |1|")
+            return Translate(field == 4 ? QStringLiteral("[|0|] Hired on |1|")
                                         : QStringLiteral("[|0|] Finished on |1|"),
                              {date, *when});
-        break;
+        return QString();
     default:
-        break;
+        return QString();
     }
-    appendToNotes(line, addressId);
 }
 
-void logNamedFieldChange(const QString &newValue, const QString &oldValue, qint16 field,
-                         qint32 addressId)
+QString namedFieldChangeLine(const QString &newValue, const QString &oldValue, qint16 field)
 {
     if (newValue == oldValue)
-        return;
+        return QString();
     // A null text would show as "..." in the template; an emptied list logs nothing after
     // "changed to".
-    appendToNotes(Translate(QStringLiteral("[|0|] |1| changed to |2|"),
-                            {todayText(), fieldLabel(field),
-                             newValue.isNull() ? QStringLiteral("") : newValue}),
-                  addressId);
+    return Translate(
+        QStringLiteral("[|0|] |1| changed to |2|"),
+        {todayText(), fieldLabel(field), newValue.isNull() ? QStringLiteral("") : newValue});
 }
 
-void appendToNotes(const QString &line, qint32 addressId)
+void appendToNotes(Database &farm, const QStringList &lines, qint32 addressId)
 {
-    if (line.isEmpty())
-        return;
-    try {
-        Database farm(Settings().DatabaseName());
-        // The line is appended inside the database: notes that have grown large are
-        // not read into the program and written back whole for every logged change.
-        // No row for the identifier changes nothing.
-        farm.execute(QStringLiteral("UPDATE Addresses SET notes = CASE WHEN notes IS NULL OR "
-                                    "notes = '' THEN ? ELSE notes || ? END WHERE AddressID = ?"),
-                     {line, QString(QStringLiteral("\r\n") + line), addressId});
-    } catch (const CvError &error) {
-        showErrorReport(error, AppendToNotesOrigin);
+    QStringList written;
+    for (const QString &line : lines) {
+        if (!line.isEmpty())
+            written << line;
     }
+    if (written.isEmpty())
+        return;
+    const QString text = written.join(QStringLiteral("\r\n"));
+    // The lines are appended inside the database: notes that have grown large are not
+    // read into the program and written back whole for every save.
+    farm.execute(QStringLiteral("UPDATE Addresses SET notes = CASE WHEN notes IS NULL OR "
+                                "notes = '' THEN ? ELSE notes || ? END WHERE AddressID = ?"),
+                 {text, QString(QStringLiteral("\r\n") + text), addressId});
 }
 
 QString currentUnitOfPay()

@@ -125,7 +125,7 @@ void FillDeductGrid(Database &wage, qint32 employeeId, DeductionGrid &grid, qint
             QString::number(countryCode) + " And TaxName Is Null " +
             "ORDER BY DeductNames.Deductionname";
         fillGridColumnValueList(grid.columns(), listQuery, DeductionGrid::DeductIdColumn,
-                                wage.path(), QStringLiteral("DeductionName"),
+                                wage, QStringLiteral("DeductionName"),
                                 QStringLiteral("DeductNameID"), QStringLiteral("DeductNames"));
 
         FillpayInfoArray(wage,
@@ -180,36 +180,31 @@ void ChangeRate(DeductionGrid &grid, int row, qint16 column)
 
 void SaveDeductXArray(DeductionGrid &grid, Database &wage, qint32 employeeId)
 {
-    try {
-        wage.transaction([&] {
-            const QString id = QString::number(employeeId);
-            wage.execute("Delete * FROM EmployeeDeductions Where EmployeeID=" + id +
-                         " AND TaxName is null");
-            // The rows query's fields decide what is written; reading only this employee's
-            // rows keeps the open cheap on a large book.
-            const QString base = grid.baseQuery().isEmpty() ? BaseQuery : grid.baseQuery();
-            Recordset rs(wage, base + "WHERE EmployeeDeductions.EmployeeID=" + id);
-            const int lastColumn = std::min(grid.columnCount(), rs.fieldCount()) - 1;
-            for (int row = 0; row < grid.rowCount(); ++row) {
-                if (DeductionGrid::isEmptyCell(grid.value(row, DeductionGrid::DeductIdColumn)))
-                    continue;
-                rs.addNew();
-                rs.setValue(QStringLiteral("EmployeeID"), employeeId);
-                for (int column = 1; column <= lastColumn; ++column) {
-                    const QVariant cell = grid.value(row, column);
-                    const QString name = rs.field(column).name;
-                    const bool empty = DeductionGrid::isEmptyCell(cell);
-                    if (name.compare(u"FixedAmount", Qt::CaseInsensitive) == 0 ||
-                        name.compare(u"SpecialRate", Qt::CaseInsensitive) == 0)
-                        rs.setValue(column, empty ? QVariant(0) : cell);
-                    else if (!empty)
-                        rs.setValue(column, cell);
-                }
-                rs.update();
+    wage.transaction([&] {
+        const QString id = QString::number(employeeId);
+        wage.execute("Delete * FROM EmployeeDeductions Where EmployeeID=" + id +
+                     " AND TaxName is null");
+        // The rows query's fields decide what is written; reading only this employee's
+        // rows keeps the open cheap on a large book.
+        const QString base = grid.baseQuery().isEmpty() ? BaseQuery : grid.baseQuery();
+        Recordset rs(wage, base + "WHERE EmployeeDeductions.EmployeeID=" + id);
+        const int lastColumn = std::min(grid.columnCount(), rs.fieldCount()) - 1;
+        for (int row = 0; row < grid.rowCount(); ++row) {
+            if (DeductionGrid::isEmptyCell(grid.value(row, DeductionGrid::DeductIdColumn)))
+                continue;
+            rs.addNew();
+            rs.setValue(QStringLiteral("EmployeeID"), employeeId);
+            for (int column = 1; column <= lastColumn; ++column) {
+                const QVariant cell = grid.value(row, column);
+                const QString name = rs.field(column).name;
+                const bool empty = DeductionGrid::isEmptyCell(cell);
+                if (name.compare(u"FixedAmount", Qt::CaseInsensitive) == 0 ||
+                    name.compare(u"SpecialRate", Qt::CaseInsensitive) == 0)
+                    rs.setValue(column, empty ? QVariant(0) : cell);
+                else if (!empty)
+                    rs.setValue(column, cell);
             }
-        });
-    } catch (const CvError &error) {
-        showErrorReport(error, ErrorOrigin::SaveDeductXArray);
-        throw;
-    }
+            rs.update();
+        }
+    });
 }

@@ -12,8 +12,6 @@ inline constexpr QLatin1String FillDeductGrid(") was generated in basDeductions.
 inline constexpr QLatin1String FillGridArray(") was generated in basDeductions.fillgridarray");
 inline constexpr QLatin1String
     FillPayInfoArray(") was generated in basDeductions.FillpayInfoArray");
-inline constexpr QLatin1String
-    SaveDeductXArray(") was generated in basDeductions.SaveDeductXArray");
 } // namespace ErrorOrigin
 
 // Loads the employee's ordinary deductions (KiwiSaver rows are kept out) into grid, with
@@ -28,9 +26,8 @@ void ChangeRate(DeductionGrid &grid, int row, qint16 column);
 
 // Rewrites the employee's ordinary deductions (TaxName null) from the grid; KiwiSaver rows
 // are left alone, rows without a deduction dropped. Runs in one transaction, joining the
-// caller's when there is one. A failure is reported to the user ("SaveDeductXArray") and
-// then rethrown, so that the caller's transaction rolls back instead of committing half a
-// save; the caller must not report it again.
+// caller's when there is one. A failure throws CvError, so that the caller's save rolls
+// back whole instead of committing half of it, and tells the user once.
 void SaveDeductXArray(DeductionGrid &grid, Database &wage, qint32 employeeId);
 
 // The Percentage of a DeductNames row rounded to a whole number (halves to even); 0 when

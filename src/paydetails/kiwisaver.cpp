@@ -36,29 +36,18 @@ void saveKiwiSaverRow(Database &wage, const QString &table, const QString &idFie
 void SaveKiwiSaverDeductions(Database &wage, qint32 employeeId, qint32 deductNameId,
                              bool removeOnly)
 {
-    try {
-        const qint32 rate = removeOnly ? 0 : deductionPercentageByQuery(wage, deductNameId);
-        saveKiwiSaverRow(wage, QStringLiteral("EmployeeDeductions"), QStringLiteral("DeductID"),
-                         employeeId, deductNameId, rate, removeOnly);
-    } catch (const CvError &error) {
-        showErrorReport(error, ErrorOrigin::SaveKiwiSaverDeductions);
-        throw;
-    }
+    const qint32 rate = removeOnly ? 0 : deductionPercentageByQuery(wage, deductNameId);
+    saveKiwiSaverRow(wage, QStringLiteral("EmployeeDeductions"), QStringLiteral("DeductID"),
+                     employeeId, deductNameId, rate, removeOnly);
 }
 
 void SaveKiwiSaverContributions(Database &wage, qint32 employeeId, qint32 contributionNameId,
                                 bool removeOnly)
 {
-    try {
-        const qint32 rate =
-            removeOnly ? 0 : contributionPercentageByQuery(wage, contributionNameId);
-        saveKiwiSaverRow(wage, QStringLiteral("EmployerContributions"),
-                         QStringLiteral("ContributionID"), employeeId, contributionNameId, rate,
-                         removeOnly);
-    } catch (const CvError &error) {
-        showErrorReport(error, ErrorOrigin::SaveKiwiSaverContributions);
-        throw;
-    }
+    const qint32 rate = removeOnly ? 0 : contributionPercentageByQuery(wage, contributionNameId);
+    saveKiwiSaverRow(wage, QStringLiteral("EmployerContributions"),
+                     QStringLiteral("ContributionID"), employeeId, contributionNameId, rate,
+                     removeOnly);
 }
 
 qint32 contributionPercentageByQuery(Database &wage, qint32 contributionNameId)

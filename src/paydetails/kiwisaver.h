@@ -5,17 +5,10 @@
 
 class Database;
 
-namespace ErrorOrigin {
-inline constexpr QLatin1String
-    SaveKiwiSaverDeductions(") was generated in basDeductions.SaveKiwiSaverDeductions");
-inline constexpr QLatin1String
-    SaveKiwiSaverContributions(") was generated in basDeductions.SaveKiwiSaverContributions");
-} // namespace ErrorOrigin
-
 // Replaces the employee's KiwiSaver deduction row with one for the chosen rate (FixedAmount
 // 0, SpecialRate the rate's whole percentage, TaxName "KiwiSaver"); removeOnly just
-// removes it. One transaction, joining the caller's. A failure is reported to the user and
-// rethrown so the caller's transaction rolls back; the caller must not report it again.
+// removes it. One transaction, joining the caller's. A failure throws CvError, so that the
+// caller's save rolls back whole and tells the user once.
 void SaveKiwiSaverDeductions(Database &wage, qint32 employeeId, qint32 deductNameId,
                              bool removeOnly);
 

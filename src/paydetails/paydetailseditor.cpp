@@ -16,8 +16,10 @@
 #include "startup/errorreport.h"
 #include "startup/messageservice.h"
 #include "startup/payeinfo.h"
+#include "startup/savechanges.h"
 #include "startup/settings.h"
 #include "startup/suiteconfig.h"
+#include "startup/suitedatabase.h"
 
 namespace {
 
@@ -61,29 +63,37 @@ QString employeeQuery(qint32 addressId)
     return "Select Distinctrow * from Employees where AddressID = " + QString::number(addressId);
 }
 
-// A value the column cannot take leaves it as it was: one bad field must not
-// stop the others.
-void setGuarded(Recordset &rs, const char *column, const QVariant &value)
+// What the user calls a text field in a message.
+QString fieldName(int field)
 {
-    try {
-        rs.setValue(QString::fromLatin1(column), value);
-    } catch (const CvError &) {
+    switch (field) {
+    case PayDetailsEditor::Birthdate:
+        return QStringLiteral("Birth Date");
+    case PayDetailsEditor::PayRate:
+        return QStringLiteral("Pay Rate");
+    case PayDetailsEditor::Yearlytotal:
+        return QStringLiteral("Salary");
+    case PayDetailsEditor::Datehired:
+        return QStringLiteral("Date Hired");
+    case PayDetailsEditor::Datefinished:
+        return QStringLiteral("Date Finished");
+    case PayDetailsEditor::KiwiSaverStartDate:
+        return QStringLiteral("KiwiSaver Start Date");
+    default:
+        return QString();
     }
 }
 
-// Errors a callee has already shown to the user before rethrowing.
-struct ReportedError
+QString notMoney(const QString &typed, const QString &field)
 {
-    CvError error;
-};
+    return QStringLiteral("\"%1\" is not an amount of money.\n\n%2 takes an amount such as "
+                          "25.50 or $1,250.00.")
+        .arg(typed, field);
+}
 
-template <typename Work> void reportedBy(Work &&work)
+void tellUser(const QString &title, const QString &prompt)
 {
-    try {
-        work();
-    } catch (const CvError &e) {
-        throw ReportedError{e};
-    }
+    SuiteMessageBox(prompt, ButtonsOk, FirmName(), title, QVariant(), 6, true);
 }
 
 } // namespace
@@ -136,46 +146,51 @@ void PayDetailsEditor::touch()
     emit changed();
 }
 
+// Both files are on the one connection: the two names say which file a statement reads.
 Database &PayDetailsEditor::farm()
 {
-    if (!m_farm)
+    if (!m_db)
         throw CvError(CvError::ObjectRequired, "PayDetailsEditor", "Object required");
-    return *m_farm;
+    return *m_db;
 }
 
 Database &PayDetailsEditor::wage()
 {
-    if (!m_wage)
-        throw CvError(CvError::ObjectRequired, "PayDetailsEditor", "Object required");
-    return *m_wage;
+    return farm();
 }
 
 void PayDetailsEditor::loadFromSettings(qint32 addressId)
 {
     try {
-        const Settings settings;
-        m_ownFarm = std::make_unique<Database>(settings.DatabaseName());
-        m_ownWage = std::make_unique<Database>(settings.WageDataBase());
+        m_ownDb = openSuiteDatabase();
     } catch (const CvError &e) {
         showErrorReport(e, QStringLiteral(") was generated in frmPaydetails.Form_Load"));
         return;
     }
-    load(*m_ownFarm, *m_ownWage, addressId);
+    load(*m_ownDb, addressId);
 }
 
 void PayDetailsEditor::closeDatabases()
 {
-    m_farm = m_wage = nullptr;
-    m_ownWage.reset();
-    m_ownFarm.reset();
+    m_db = nullptr;
+    m_ownDb.reset();
 }
 
-void PayDetailsEditor::load(Database &farmDb, Database &wageDb, qint32 addressId)
+void PayDetailsEditor::load(Database &suite, qint32 addressId)
 {
-    m_farm = &farmDb;
-    m_wage = &wageDb;
+    m_db = &suite;
+    Database &farmDb = suite;
+    Database &wageDb = suite;
     m_addressId = addressId;
+    m_pendingLog.clear();
     try {
+        {
+            Recordset entry(farmDb,
+                            "Select distinctrow BusName from Addresses where AddressID = " +
+                                QString::number(addressId),
+                            Recordset::Snapshot);
+            m_entryName = entry.eof() ? QString() : entry.value(0).toString();
+        }
         Recordset rs(wageDb, employeeQuery(addressId), Recordset::Snapshot);
         qint32 bank = 1;
         qint32 enterprise = 1;
@@ -307,26 +322,35 @@ void PayDetailsEditor::fillBankList()
     m_nonCash = ::fillBankList(farm(), m_lists[Bank], m_bankId);
 }
 
-void PayDetailsEditor::SaveWageForm()
+bool PayDetailsEditor::SaveWageForm()
 {
-    save(QStringLiteral(") was generated in SaveWageForm "));
+    return save();
 }
 
-void PayDetailsEditor::SaveWageTab()
+bool PayDetailsEditor::SaveWageTab()
 {
-    save(QStringLiteral(") was generated in SaveWageTAb "));
+    return save();
 }
 
-void PayDetailsEditor::save(const QString &origin)
+bool PayDetailsEditor::save()
 {
-    try {
-        // One transaction: a failure part way leaves the previous row and child rows.
-        wage().transaction([this] { saveRow(); });
-    } catch (const ReportedError &) {
-    } catch (const CvError &e) {
-        showErrorReport(e, origin);
-    }
+    if (!m_db)
+        return true;
+    const QString what = m_entryName.isEmpty()
+                             ? QStringLiteral("the pay details")
+                             : QStringLiteral("the pay details of %1").arg(m_entryName);
+    // The row, its child rows and the change-log lines are one transaction across both
+    // files: the notes never tell of a change that was not stored.
+    const SaveOutcome outcome = saveChanges(*m_db, what, [this] {
+        saveRow();
+        appendToNotes(*m_db, m_pendingLog, m_addressId);
+    });
+    if (outcome == SaveOutcome::Discarded)
+        load(*m_db, m_addressId);
+    if (outcome != SaveOutcome::Kept)
+        m_pendingLog.clear();
     touch();
+    return outcome != SaveOutcome::Kept;
 }
 
 void PayDetailsEditor::saveRow()
@@ -339,14 +363,17 @@ void PayDetailsEditor::saveRow()
     } else {
         rs.edit();
     }
+    // Every value was checked when its field was left, and the boxes stop at their
+    // columns' lengths: a value the column still refuses fails the whole save, which
+    // then keeps what the user typed, rather than storing the rest without it.
     for (int i = 0; i < KiwiSaverStartDate; ++i) {
         const QString &t = m_text[std::size_t(i)];
-        setGuarded(rs, kTextColumns[i], t.isEmpty() ? QVariant() : QVariant(t));
+        rs.setValue(QString::fromLatin1(kTextColumns[i]), t.isEmpty() ? QVariant() : QVariant(t));
     }
     for (int i = Occupation; i <= Enterprise; ++i) {
         if (i == Heading || m_lists[std::size_t(i)].listIndex() < 0)
             continue;
-        setGuarded(rs, kListColumns[i], m_lists[std::size_t(i)].currentData());
+        rs.setValue(QString::fromLatin1(kListColumns[i]), m_lists[std::size_t(i)].currentData());
     }
     const qint32 employee = qint32(rs.value(QStringLiteral("EmployeeID")).toLongLong());
 
@@ -360,21 +387,19 @@ void PayDetailsEditor::saveRow()
 
     const qint32 employerRate = m_lists[EmployerRate].currentData();
     if (member) {
-        reportedBy([&] {
-            SaveKiwiSaverDeductions(db, employee, m_lists[EmployeeRate].currentData(), false);
-        });
+        SaveKiwiSaverDeductions(db, employee, m_lists[EmployeeRate].currentData(), false);
         rs.setValue(QStringLiteral("KiwiSaverEmployerRateID"), employerRate);
-        reportedBy([&] { SaveKiwiSaverContributions(db, employee, employerRate, false); });
+        SaveKiwiSaverContributions(db, employee, employerRate, false);
     } else {
-        reportedBy([&] { SaveKiwiSaverDeductions(db, employee, 0, true); });
+        SaveKiwiSaverDeductions(db, employee, 0, true);
         rs.setValue(QStringLiteral("KiwiSaverEmployerRateID"), QVariant());
-        reportedBy([&] { SaveKiwiSaverContributions(db, employee, 0, true); });
+        SaveKiwiSaverContributions(db, employee, 0, true);
     }
     m_kiwiSaverEnrolled = member;
     rs.setValue(QStringLiteral("ExcludeIR348"), m_excludeIR348);
     rs.update();
     m_employeeId = employee;
-    reportedBy([&] { SaveDeductXArray(*m_grid, db, employee); });
+    SaveDeductXArray(*m_grid, db, employee);
 }
 
 bool PayDetailsEditor::queryClose()
@@ -391,10 +416,11 @@ bool PayDetailsEditor::queryClose()
         showErrorReport(e, QStringLiteral(") was generated in frmPaydetails.Form_QueryUnload"));
     }
     if (m_host == Host::Dialog) {
-        SaveWageForm();
+        if (!SaveWageForm())
+            return true;
         closeDatabases();
-    } else {
-        SaveWageTab();
+    } else if (!SaveWageTab()) {
+        return true;
     }
     return false;
 }
@@ -431,29 +457,47 @@ void PayDetailsEditor::textEdited(int field, const QString &text)
     m_text.at(std::size_t(field)) = text;
 }
 
+QString PayDetailsEditor::textProblem(int field) const
+{
+    const QString t = m_text.at(std::size_t(field)).trimmed();
+    if (t.isEmpty())
+        return QString();
+    if (isMoneyField(field) && !Money::parse(t))
+        return notMoney(m_text[std::size_t(field)], fieldName(field));
+    if (hasPicker(field) && !typedDate(t))
+        return QStringLiteral("\"%1\" is not a date.\n\n%2 takes a date such as %3 (day, month, "
+                              "year), or leave it empty.")
+            .arg(m_text[std::size_t(field)], fieldName(field),
+                 SerialDate::toShortText(QDate(today().year(), 4, 1)));
+    return QString();
+}
+
 void PayDetailsEditor::normaliseText(int field)
 {
     QString &t = m_text[std::size_t(field)];
-    if (isDateField(field)) {
-        if (t.isEmpty())
-            return;
-        const auto d = typedDate(t);
-        const QDate old = m_focusValue[std::size_t(field)].toDate();
-        t = d ? SerialDate::toShortText(*d)
-              : (old.isValid() ? SerialDate::toShortText(old) : QString());
+    if (hasPicker(field)) {
+        if (const auto d = typedDate(t))
+            t = SerialDate::toShortText(*d);
+        else
+            t.clear();
     } else if (isMoneyField(field)) {
-        if (t.isEmpty()) {
-            t = Money().toString();
-        } else if (const auto m = Money::parse(t)) {
-            t = m->toString();
-        } else {
-            t = m_focusText[std::size_t(field)];
-        }
+        t = Money::parse(t).value_or(Money()).toString();
     }
 }
 
-void PayDetailsEditor::textFocusOut(int field)
+void PayDetailsEditor::logLine(const QString &line)
 {
+    if (!line.isEmpty())
+        m_pendingLog << line;
+}
+
+bool PayDetailsEditor::textFocusOut(int field)
+{
+    if (const QString problem = textProblem(field); !problem.isEmpty()) {
+        tellUser(QStringLiteral("Check the ") + fieldName(field), problem);
+        touch();
+        return false;
+    }
     try {
         normaliseText(field);
         if (field == Datehired || field == Datefinished) {
@@ -472,12 +516,13 @@ void PayDetailsEditor::textFocusOut(int field)
             oldText = old.value<Money>().toString();
         else
             oldText = old.toString();
-        logValueChange(qint16(field), m_text[std::size_t(field)], oldText, m_addressId);
+        logLine(valueChangeLine(qint16(field), m_text[std::size_t(field)], oldText));
     } catch (const CvError &e) {
         showErrorReport(e,
                         origin(m_host == Host::Dialog ? "TxtWage_LostFocus" : "Text2_LostFocus"));
     }
     touch();
+    return true;
 }
 
 void PayDetailsEditor::listFocusIn(int index)
@@ -491,7 +536,7 @@ void PayDetailsEditor::listChosen(int index, int itemIndex)
     try {
         l.setListIndex(itemIndex);
         if (index == PayInterval)
-            logNamedFieldChange(l.text(), m_focusListText[PayInterval], qint16(index), m_addressId);
+            logLine(namedFieldChangeLine(l.text(), m_focusListText[PayInterval], qint16(index)));
         if (index == Bank)
             m_bankId = l.currentData();
     } catch (const CvError &e) {
@@ -508,8 +553,8 @@ void PayDetailsEditor::listFocusOut(int index)
     try {
         if (index == Occupation)
             captionPayRate(m_lists[Occupation].currentData());
-        logNamedFieldChange(m_lists.at(std::size_t(index)).text(),
-                            m_focusListText.at(std::size_t(index)), qint16(index), m_addressId);
+        logLine(namedFieldChangeLine(m_lists.at(std::size_t(index)).text(),
+                                     m_focusListText.at(std::size_t(index)), qint16(index)));
     } catch (const CvError &e) {
         showErrorReport(e, origin("cmbWage_LostFocus"));
     }
@@ -554,16 +599,18 @@ void PayDetailsEditor::esctClicked(bool ticked)
     m_includeESCT = ticked;
     if (m_host == Host::WagesTab) {
         // The tab's bound employee row stores this tick, not SaveWageTab.
-        try {
-            Recordset rs(wage(), employeeQuery(m_addressId));
-            if (!rs.eof()) {
-                rs.edit();
-                rs.setValue(QStringLiteral("IncludeESCT"), ticked);
-                rs.update();
-            }
-        } catch (const CvError &e) {
-            showErrorReport(e,
-                            QStringLiteral(") was generated in frmAddresses.chkIncudeESCT_Click"));
+        if (m_db) {
+            const SaveOutcome outcome =
+                saveChanges(*m_db, QStringLiteral("the ESCT setting"), [this, ticked] {
+                    Recordset rs(wage(), employeeQuery(m_addressId));
+                    if (!rs.eof()) {
+                        rs.edit();
+                        rs.setValue(QStringLiteral("IncludeESCT"), ticked);
+                        rs.update();
+                    }
+                });
+            if (outcome == SaveOutcome::Discarded)
+                m_includeESCT = !ticked;
         }
     }
     touch();
@@ -599,8 +646,33 @@ void PayDetailsEditor::deleteDeductionRow(int row)
     touch();
 }
 
-void PayDetailsEditor::gridCellEdited(int row, int column, const QVariant &value)
+QString PayDetailsEditor::gridCellProblem(int column, const QVariant &value) const
 {
+    if (DeductionGrid::isEmptyCell(value))
+        return QString();
+    const QString typed = value.toString();
+    if (column == DeductionGrid::FixedAmountColumn && !Money::parse(typed.trimmed()))
+        return notMoney(typed, QStringLiteral("Fixed Amount"));
+    if (column == DeductionGrid::SpecialRateColumn && !DeductionGrid::number(value))
+        return QStringLiteral("\"%1\" is not a percentage.\n\nPercent takes a number such as 3 "
+                              "or 12.5, without the % sign.")
+            .arg(typed);
+    return QString();
+}
+
+bool PayDetailsEditor::checkGridCell(int column, const QVariant &typed) const
+{
+    const QString problem = gridCellProblem(column, typed);
+    if (problem.isEmpty())
+        return true;
+    tellUser(QStringLiteral("Check the ") + m_grid->caption(column), problem);
+    return false;
+}
+
+bool PayDetailsEditor::gridCellEdited(int row, int column, const QVariant &value)
+{
+    if (!checkGridCell(column, value))
+        return false;
     try {
         m_grid->setValue(row, column, value);
         ChangeRate(*m_grid, row, qint16(column));
@@ -608,4 +680,5 @@ void PayDetailsEditor::gridCellEdited(int row, int column, const QVariant &value
         showErrorReport(e, origin("tgrdDeductions_AfterColUpdate"));
     }
     touch();
+    return true;
 }

@@ -7,6 +7,7 @@
 #include <QDate>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
 class Database;
@@ -64,10 +65,12 @@ public:
 
     Host host() const { return m_host; }
 
-    // Loading. The dialog opens its own two data files (paths from Settings)
-    // and keeps them until closeDatabases(); the tab passes the window's own.
+    // Loading. The dialog opens its own connection to the two data files (paths
+    // from Settings) and keeps it until closeDatabases(); the tab passes the
+    // window's own. Either way it is the main file with the wage file attached, so
+    // that a save commits both files together.
     void loadFromSettings(qint32 addressId);
-    void load(Database &farm, Database &wage, qint32 addressId);
+    void load(Database &suite, qint32 addressId);
     void closeDatabases();
 
     // State the view shows.
@@ -102,7 +105,10 @@ public:
     // Events the view forwards.
     void textFocusIn(int field);                     // the view selects the whole text itself
     void textEdited(int field, const QString &text); // no changed(): the view shows it
-    void textFocusOut(int field);
+    // False when the field holds text its column cannot take (an amount or a date
+    // that is not one): the user has been told, the text stays as typed, and the
+    // view keeps the user in the field.
+    bool textFocusOut(int field);
     void listFocusIn(int index);
     void listChosen(int index, int itemIndex); // -1: nothing selected
     void listFocusOut(int index);
@@ -111,17 +117,30 @@ public:
     void excludeIR348Clicked(bool ticked); // the dialog saves at once
     void esctClicked(bool ticked);         // the tab stores IncludeESCT at once
     void datePicked(int field, QDate date);
-    // A grid cell edited by the user: stores the value and recomputes the rate.
-    void gridCellEdited(int row, int column, const QVariant &value);
+    // Whether a grid column takes what was typed into a cell; when it does not, the
+    // user is told in plain words what the column takes. The view checks before it
+    // lets the user leave the cell.
+    bool checkGridCell(int column, const QVariant &typed) const;
+    // A grid cell edited by the user: stores the value and recomputes the rate. A value
+    // the column cannot take is refused (false) with a message, and nothing changes.
+    bool gridCellEdited(int row, int column, const QVariant &value);
     // Removes a standing deduction from the grid; the save then drops its row.
     void deleteDeductionRow(int row);
 
-    // The dialog's unload: true keeps it open ("Incomplete Data"); otherwise
-    // the pay details have been saved and the data files closed.
+    // The dialog's unload: true keeps it open ("Incomplete Data", or a save that
+    // failed and the user went back to it); otherwise the pay details have been saved
+    // (or the user let them go) and the data files closed.
     bool queryClose();
 
-    void SaveWageForm();
-    void SaveWageTab();
+    // Save the pay details with the change-log lines composed since the last save, in
+    // one transaction. False when nothing could be saved and the user went back to the
+    // edit; after a discard the stored pay details are shown again.
+    bool SaveWageForm();
+    bool SaveWageTab();
+
+    // Change-log lines composed as fields were left, waiting for the save that stores
+    // the changes they tell of.
+    const QStringList &pendingLog() const { return m_pendingLog; }
 
 signals:
     void changed();
@@ -136,15 +155,17 @@ private:
     void captionPayRate(qint32 employeeTypeId);
     void showRatesFor(bool member);
     void normaliseText(int field);
-    void save(const QString &origin);
+    QString textProblem(int field) const;
+    QString gridCellProblem(int column, const QVariant &value) const;
+    void logLine(const QString &line);
+    bool save();
     void saveRow();
 
     Host m_host;
-    std::unique_ptr<Database> m_ownFarm;
-    std::unique_ptr<Database> m_ownWage;
-    Database *m_farm = nullptr;
-    Database *m_wage = nullptr;
+    std::unique_ptr<Database> m_ownDb;
+    Database *m_db = nullptr;
     qint32 m_addressId = 0;
+    QString m_entryName; // BusName, for messages
     qint32 m_employeeId = 0;
     qint32 m_bankId = 1;
     std::array<QString, TextCount> m_text;
@@ -166,5 +187,6 @@ private:
     std::array<QString, TextCount> m_focusText;
     std::array<QString, ListCount> m_focusListText;
     std::unique_ptr<DeductionGrid> m_grid;
+    QStringList m_pendingLog;
     quint64 m_revision = 0;
 };

@@ -20,7 +20,12 @@ qint16 StandardErrorMessageService::show(const MessageRequest &request)
     text += u'\n' + request.prompt + u'\n';
     std::fputs(text.toLocal8Bit().constData(), stderr);
     std::fflush(stderr);
-    return request.buttons == 4 ? ResultNo : ResultOk;
+    // Nobody to ask: a question is answered no, and an unsaved change is kept.
+    if (request.buttons == ButtonsYesNo)
+        return ResultNo;
+    if (request.buttons == ButtonsRetryDiscardCancel)
+        return ResultCancel;
+    return ResultOk;
 }
 
 StandardErrorMessageService g_fallback;

@@ -8,7 +8,7 @@
 struct MessageRequest
 {
     QString prompt;
-    qint32 buttons = 0; // 0 = OK only, 4 = Yes and No
+    qint32 buttons = 0; // a MessageButtons value
     QString caption;
     QString title;
     QString heading;  // ampersands already doubled by SuiteMessageBox
@@ -16,8 +16,20 @@ struct MessageRequest
     bool flag = true;
 };
 
-// Button codes the dialog returns, as the platform's message box does.
-enum MessageResult : qint16 { ResultOk = 1, ResultYes = 6, ResultNo = 7 };
+// The buttons a message offers. Retry/Discard/Cancel asks what to do with a change
+// that could not be saved.
+enum MessageButtons : qint32 { ButtonsOk = 0, ButtonsYesNo = 4, ButtonsRetryDiscardCancel = 6 };
+
+// Button codes the dialog returns, as the platform's message box does; Discard has
+// no platform code of its own.
+enum MessageResult : qint16 {
+    ResultOk = 1,
+    ResultCancel = 2,
+    ResultRetry = 4,
+    ResultYes = 6,
+    ResultNo = 7,
+    ResultDiscard = 8
+};
 
 // Shows a message to the user. Logic talks to the user only through this, so
 // tests can answer in place of a person; the widget build installs the real

@@ -27,7 +27,10 @@ protected:
                          calls << (f == &a ? "enter a" : "enter b") +
                                       QString(byFocus ? "" : " by edit");
                      },
-                     [this](QObject *f) { calls << (f == &a ? "leave a" : "leave b"); }};
+                     [this](QObject *f) {
+                         calls << (f == &a ? "leave a" : "leave b");
+                         return true;
+                     }};
 };
 
 TEST_F(FieldEntryTest, AnotherWindowOrAPopUpIsNotLeavingTheField)

@@ -122,15 +122,16 @@ TEST(GridColumnsTest, ValueListStoresIdentifiersAndShowsNames)
     suite.execWage("INSERT INTO DeductNames (DeductNameID, DeductionName) VALUES "
                    "(4, 'Union fees'), (8, 'Child support')");
     GridColumns grid(2);
-    fillGridColumnValueList(grid, "SELECT * FROM DeductNames ORDER BY DeductionName", 0,
-                            suite.wagePath(), "DeductionName", "DeductNameID", "DeductNames");
+    Database wage(suite.wagePath());
+    fillGridColumnValueList(grid, "SELECT * FROM DeductNames ORDER BY DeductionName", 0, wage,
+                            "DeductionName", "DeductNameID", "DeductNames");
     EXPECT_EQ(grid.column(0).valueItems, std::vector<GridValueItem>({{qint64(8), "Child support"},
                                                                      {qint64(4), "Union fees"}}));
     EXPECT_EQ(grid.column(0).displayText(4), "Union fees");
 
     // An older file without the column: the user is told and the list is emptied.
-    fillGridColumnValueList(grid, "SELECT DeductNameID, Category FROM DeductNames", 0,
-                            suite.wagePath(), "Category", "DeductNameID", "DeductNames");
+    fillGridColumnValueList(grid, "SELECT DeductNameID, Category FROM DeductNames", 0, wage,
+                            "Category", "DeductNameID", "DeductNames");
     EXPECT_TRUE(grid.column(0).valueItems.empty());
     ASSERT_EQ(messages.requests.size(), 1u);
     EXPECT_EQ(messages.requests[0].prompt, "Database out of date, problem reading DeductNames");

@@ -1,9 +1,9 @@
-// Change-log lines appended to an entry's notes, dated with the pinned day.
+// Change-log lines, dated with the pinned day, and their place in the notes.
 #include "data/database.h"
 #include "data/recordset.h"
 #include "paydetails/changelog.h"
 #include "startup/clock.h"
-#include "support/messagerecorder.h"
+#include "support/errorof.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"
 
@@ -12,72 +12,65 @@
 
 namespace {
 
-class ChangeLogTest : public ::testing::Test
+struct LineCase
 {
-protected:
-    void SetUp() override
-    {
-        suite.execFarm("INSERT INTO Addresses (AddressID, BusName) VALUES (5, 'Ann Hay')");
-        setToday(QDate(2026, 11, 22));
-        setCurrentUnitOfPay("Head");
-    }
-    void TearDown() override { setToday(QDate()); }
-
-    QString notes()
-    {
-        Database farm(suite.farmPath());
-        Recordset rs(farm, "SELECT notes FROM Addresses WHERE AddressID=5", Recordset::Snapshot);
-        return rs.value(0).toString();
-    }
-
-    TempSuite suite;
-    MessageRecorder messages;
+    bool named;
+    qint16 field;
+    const char *newValue;
+    const char *oldValue;
+    const char *line; // "" for none
 };
 
-TEST_F(ChangeLogTest, PayRateAndFinishDateLogOldestFirst)
+TEST(ChangeLogLine, ComposedForTheFieldOrNotAtAll)
 {
-    logValueChange(2, "25", "20", 5);
-    logValueChange(2, "25", "25", 5); // re-entered: nothing
-    logValueChange(5, "3/12/2026", "", 5);
-    EXPECT_EQ(notes(), "[22/11/2026] Pay rate amended to $25.00 Head\r\n"
-                       "[22/11/2026] Finished on 3/12/2026");
-    EXPECT_TRUE(messages.requests.empty());
+    setToday(QDate(2026, 11, 22));
+    setCurrentUnitOfPay("Head");
+    const LineCase cases[] = {
+        {false, 2, "25", "20", "[22/11/2026] Pay rate amended to $25.00 Head"},
+        {false, 2, "25", "25", ""}, // re-entered
+        {false, 3, "52000", "", "[22/11/2026] Salary Changed to $52,000.00 per year"},
+        {false, 5, "3/12/2026", "", "[22/11/2026] Finished on 3/12/2026"},
+        {false, 4, "", "1/04/2010", ""},  // emptied: no hiring on 30/12/1899
+        {false, 5, "30/12/1899", "", ""}, // the zero date
+        {false, 6, "12345", "", ""},      // not a logged field
+        {true, 0, "Shepherd", "shepherd", "[22/11/2026] Occupation changed to Shepherd"},
+        {true, 2, "Fortnightly", "Fortnightly", ""},
+        {true, 12, "x", "", "[22/11/2026]  changed to x"},
+    };
+    for (const LineCase &c : cases) {
+        const QString line = c.named ? namedFieldChangeLine(c.newValue, c.oldValue, c.field)
+                                     : valueChangeLine(c.field, c.newValue, c.oldValue);
+        EXPECT_EQ(line, c.line) << c.field << " " << c.newValue;
+    }
+    setToday(QDate());
 }
 
-TEST_F(ChangeLogTest, EmptiedOrZeroDateLogsNothing)
+TEST(ChangeLogNotes, AppendedOldestFirstInTheSavesTransaction)
 {
-    logValueChange(4, "", "1/04/2010", 5);
-    logValueChange(5, "30/12/1899", "", 5);
-    EXPECT_EQ(notes(), "");
-}
+    TempSuite suite;
+    suite.execFarm("INSERT INTO Addresses (AddressID, BusName, notes) VALUES (5, 'Ann Hay', "
+                   "'Started on the Tāwhiti block'), (6, 'New Hand', NULL)");
+    Database farm(suite.farmPath());
+    const auto notes = [&](int id) {
+        Recordset rs(farm, "SELECT notes FROM Addresses WHERE AddressID=" + QString::number(id),
+                     Recordset::Snapshot);
+        return rs.value(0).toString();
+    };
+    appendToNotes(farm, {"[1] one", "", "[2] two"}, 5);
+    appendToNotes(farm, {"[3] three"}, 6);
+    appendToNotes(farm, {"[4] four"}, 404); // no such entry: nothing, no error
+    EXPECT_EQ(notes(5), "Started on the Tāwhiti block\r\n[1] one\r\n[2] two");
+    EXPECT_EQ(notes(6), "[3] three");
 
-TEST_F(ChangeLogTest, NamedFieldsCompareCaseSensitively)
-{
-    logNamedFieldChange("Shepherd", "shepherd", 0, 5);
-    logNamedFieldChange("Fortnightly", "Fortnightly", 2, 5);
-    logNamedFieldChange("x", "", 12, 5);
-    logNamedFieldChange("Shepherd", "shepherd", 0, 404); // no such entry: nothing, no error
-    EXPECT_EQ(notes(), "[22/11/2026] Occupation changed to Shepherd\r\n"
-                       "[22/11/2026]  changed to x");
-    EXPECT_TRUE(messages.requests.empty());
-}
-
-TEST_F(ChangeLogTest, AppendsAfterExistingNotesOrReportsAFailure)
-{
-    suite.execFarm("UPDATE Addresses SET notes = 'Started on the Tāwhiti block' "
-                   "WHERE AddressID = 5");
-    logNamedFieldChange("Herd Manager", "", 0, 5);
-    EXPECT_EQ(notes(), "Started on the Tāwhiti block\r\n"
-                       "[22/11/2026] Occupation changed to Herd Manager");
-
-    // A data file that cannot be written: the error is reported and the notes stay.
-    QFile::setPermissions(suite.farmPath(), QFile::ReadOwner | QFile::ReadUser);
-    logNamedFieldChange("Shepherd", "Herd Manager", 0, 5);
-    QFile::setPermissions(suite.farmPath(), QFile::ReadOwner | QFile::WriteOwner);
-    ASSERT_EQ(messages.requests.size(), 1u);
-    EXPECT_TRUE(messages.requests[0].prompt.contains("AppendToNotes"));
-    EXPECT_EQ(notes(), "Started on the Tāwhiti block\r\n"
-                       "[22/11/2026] Occupation changed to Herd Manager");
+    // Rolled back with the save it belongs to.
+    try {
+        farm.transaction([&] {
+            appendToNotes(farm, {"[5] five"}, 6);
+            throw CvError(CvError::DiskFull, "test", "full");
+        });
+    } catch (const CvError &) {
+    }
+    EXPECT_EQ(notes(6), "[3] three");
 }
 
 } // namespace

@@ -151,9 +151,7 @@ TEST_F(DeductionsTest, FailedSaveRollsBackTheCallersTransaction)
     EXPECT_FALSE(wage.inTransaction());
     EXPECT_EQ(storedRows(7), QStringList({"1 10 0 -", "4 0 3 KiwiSaver", "3 25 0 -"}));
     EXPECT_EQ(storedRows(8).size(), 1);
-    ASSERT_EQ(messages.requests.size(), 1u);
-    EXPECT_TRUE(
-        messages.requests[0].prompt.endsWith(") was generated in basDeductions.SaveDeductXArray"));
+    EXPECT_TRUE(messages.requests.empty()) << "the caller's save tells the user, once";
 }
 
 } // namespace

@@ -53,7 +53,9 @@ protected:
             "TaxName) VALUES (5, 1, 0, 3, 'KiwiSaver'), (5, 7, 50000, 0, NULL);"
             "INSERT INTO EmployerContributions (EmployeeID, ContributionID, FixedAmount, "
             "SpecialRate, TaxName) VALUES (5, 2, 0, 3, 'KiwiSaver')");
+        // The editor's connection, as the windows open it; wage reads what was stored.
         farm = std::make_unique<Database>(suite.farmPath());
+        farm->attach(suite.wagePath(), "wage");
         wage = std::make_unique<Database>(suite.wagePath());
     }
 

@@ -3,7 +3,9 @@
 #include "data/cverror.h"
 #include "data/money.h"
 #include "editor_fixture.h"
+#include "paydetails/deductiongrid.h"
 #include "paydetails/paydetailseditor.h"
+#include "support/filelock.h"
 #include "support/qtprinters.h"
 
 #include <QSqlQuery>
@@ -51,7 +53,7 @@ TEST_F(EditorBooks, NewEmployeeGetsItsRowWithTheDefaultsOnClose)
 TEST_F(EditorBooks, MemberWithoutEmployerRateStaysOpenNonMemberCloses)
 {
     Editor editor(Editor::Host::Dialog);
-    editor.load(*farm, *wage, 38);
+    editor.load(*farm, 38);
     choose(editor, Editor::EnrolmentType, "Member too"); // KSMember 5 is membership too
     EXPECT_TRUE(editor.kiwiSaverEnrolled());
     ASSERT_EQ(editor.list(Editor::EmployerRate).text(), "<Please Select>");
@@ -70,7 +72,7 @@ TEST_F(EditorBooks, MemberWithoutEmployerRateStaysOpenNonMemberCloses)
 TEST_F(EditorBooks, LoadShowsTheRowAndSaveGuardsEachField)
 {
     Editor editor(Editor::Host::WagesTab);
-    editor.load(*farm, *wage, 37);
+    editor.load(*farm, 37);
     EXPECT_EQ(editor.employeeId(), 5);
     EXPECT_EQ(editor.text(Editor::PayRate), "$25.00");
     EXPECT_EQ(editor.text(Editor::Datehired), "1/04/2010");
@@ -85,9 +87,8 @@ TEST_F(EditorBooks, LoadShowsTheRowAndSaveGuardsEachField)
     EXPECT_FALSE(editor.nonCash());
     EXPECT_EQ(editor.list(Editor::Enterprise).text(), "Sheep");
 
-    // A value the column refuses leaves it; an emptied one stores Null; the
-    // heading list never reaches HeadingID; a cleared start date is kept.
-    editor.textEdited(Editor::PayRate, "abc");
+    // An emptied value stores Null; the heading list never reaches HeadingID; a
+    // cleared start date is kept.
     editor.textEdited(Editor::Yearlytotal, "52000");
     editor.textEdited(Editor::Datehired, "");
     editor.textEdited(Editor::KiwiSaverStartDate, "");
@@ -107,10 +108,93 @@ TEST_F(EditorBooks, LoadShowsTheRowAndSaveGuardsEachField)
     EXPECT_TRUE(messages.requests.empty());
 }
 
+TEST_F(EditorBooks, TextAFieldCannotHoldIsRefusedWhereItIsTyped)
+{
+    Editor editor(Editor::Host::Dialog);
+    editor.load(*farm, 37);
+    struct
+    {
+        int field;
+        const char *typed;
+        const char *title;
+    } const cases[] = {
+        {Editor::PayRate, "abc", "Check the Pay Rate"},
+        {Editor::Yearlytotal, "5%", "Check the Salary"},
+        {Editor::Datehired, "31/02/2020", "Check the Date Hired"},
+        {Editor::KiwiSaverStartDate, "soon", "Check the KiwiSaver Start Date"},
+    };
+    for (const auto &c : cases) {
+        const QString before = editor.text(c.field);
+        editor.textFocusIn(c.field);
+        editor.textEdited(c.field, c.typed);
+        EXPECT_FALSE(editor.textFocusOut(c.field)) << c.typed;
+        ASSERT_EQ(messages.requests.size(), 1u) << c.typed;
+        EXPECT_EQ(messages.requests[0].title, c.title);
+        EXPECT_TRUE(messages.requests[0].prompt.startsWith(
+            QStringLiteral("\"%1\" is not").arg(QLatin1String(c.typed))));
+        EXPECT_EQ(editor.text(c.field), c.typed) << "the user's text stays";
+        messages.requests.clear();
+        editor.textEdited(c.field, before);
+        EXPECT_TRUE(editor.textFocusOut(c.field));
+    }
+    const struct
+    {
+        int column;
+        const char *typed;
+        bool taken;
+    } cells[] = {{DeductionGrid::FixedAmountColumn, "abc", false},
+                 {DeductionGrid::FixedAmountColumn, "$12.50", true},
+                 {DeductionGrid::SpecialRateColumn, "5%", false},
+                 {DeductionGrid::SpecialRateColumn, "2.5", true}};
+    for (const auto &c : cells) {
+        EXPECT_EQ(editor.gridCellEdited(0, c.column, QString(c.typed)), c.taken) << c.typed;
+        EXPECT_EQ(messages.requests.size(), c.taken ? 0u : 1u) << c.typed;
+        messages.requests.clear();
+    }
+    EXPECT_TRUE(editor.pendingLog().isEmpty());
+    EXPECT_FALSE(editor.queryClose());
+    Recordset rs(*wage, "SELECT SpecialRate FROM EmployeeDeductions WHERE EmployeeID = 5 AND "
+                        "TaxName IS NULL");
+    EXPECT_DOUBLE_EQ(rs.value(0).toDouble(), 2.5) << "the refused texts never reached the save";
+}
+
+TEST_F(EditorBooks, ChangeLogLinesAreWrittenOnlyWithTheSaveThatStoresTheChange)
+{
+    const auto notes = [this] {
+        Recordset rs(*farm, "SELECT notes FROM Addresses WHERE AddressID = 37",
+                     Recordset::Snapshot);
+        return rs.value(0).toString();
+    };
+    Editor editor(Editor::Host::Dialog);
+    editor.load(*farm, 37);
+    editor.textFocusIn(Editor::PayRate);
+    editor.textEdited(Editor::PayRate, "31");
+    editor.textFocusOut(Editor::PayRate);
+    editor.listFocusIn(Editor::Occupation);
+    choose(editor, Editor::Occupation, "Farm hand");
+    editor.listFocusOut(Editor::Occupation);
+    EXPECT_EQ(editor.pendingLog().size(), 2);
+    EXPECT_EQ(notes(), "");
+    {
+        FileLock other(suite.farmPath());
+        messages.answers = {ResultCancel};
+        EXPECT_TRUE(editor.queryClose()) << "stays open";
+        ASSERT_EQ(messages.requests.size(), 1u);
+        EXPECT_TRUE(messages.requests[0].prompt.startsWith(
+            "Your changes to the pay details of Hemi Walker were not saved."));
+    }
+    EXPECT_EQ(notes(), "");
+    EXPECT_EQ(stored(37, "PayRate").value<Money>(), Money::fromUnits(25));
+    EXPECT_FALSE(editor.queryClose());
+    EXPECT_EQ(stored(37, "PayRate").value<Money>(), Money::fromUnits(31));
+    EXPECT_EQ(notes(), "[20/05/2024] Pay rate amended to $31.00 Head\r\n"
+                       "[20/05/2024] Occupation changed to Farm hand");
+}
+
 TEST_F(EditorBooks, LeavingKiwiSaverRemovesItsRowsAndKeepsOrdinaryDeductions)
 {
     Editor editor(Editor::Host::Dialog);
-    editor.load(*farm, *wage, 37);
+    editor.load(*farm, 37);
     choose(editor, Editor::EnrolmentType, "Not enrolled");
     editor.excludeIR348Clicked(true); // the dialog saves at once
     EXPECT_TRUE(stored(37, "ExcludeIR348").toBool());
@@ -123,7 +207,7 @@ TEST_F(EditorBooks, LeavingKiwiSaverRemovesItsRowsAndKeepsOrdinaryDeductions)
 TEST_F(EditorBooks, FailedSavePartWayLeavesThePreviousRows)
 {
     Editor editor(Editor::Host::WagesTab);
-    editor.load(*farm, *wage, 37);
+    editor.load(*farm, 37);
     choose(editor, Editor::EmployeeRate, "KiwiSaver 4%");
     editor.textEdited(Editor::TaxCode, "ME");
     // Ordinary deductions are written last: make that step fail.
@@ -144,7 +228,7 @@ TEST_F(EditorBooks, FailedSavePartWayLeavesThePreviousRows)
 TEST_F(EditorBooks, EsctTickIsStoredByTheTabItself)
 {
     Editor editor(Editor::Host::WagesTab);
-    editor.load(*farm, *wage, 37);
+    editor.load(*farm, 37);
     EXPECT_TRUE(editor.esctVisible());
     editor.esctClicked(true);
     EXPECT_TRUE(stored(37, "IncludeESCT").toBool());

@@ -13,8 +13,11 @@ MessageRecorder::~MessageRecorder()
 qint16 MessageRecorder::show(const MessageRequest &request)
 {
     requests.push_back(request);
+    // For a person reading a failing test: every message as it comes.
+    if (qEnvironmentVariableIsSet("CV_TEST_MESSAGES"))
+        qInfo("message: %s | %s", qPrintable(request.title), qPrintable(request.prompt));
     if (answers.empty())
-        return request.buttons == 4 ? ResultNo : ResultOk;
+        return request.buttons == ButtonsYesNo ? ResultNo : ResultOk;
     const qint16 answer = answers.front();
     answers.pop_front();
     return answer;

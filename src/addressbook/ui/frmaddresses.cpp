@@ -101,7 +101,10 @@ QLabel *remarkLabel(const char *name, QWidget *parent)
 frmAddresses::frmAddresses(AddressBookLogic &logic, QWidget *parent)
     : QWidget(parent), m_logic(logic),
       m_entry([this](QObject *field, bool) { m_logic.focusInField(fieldIndexOf(field)); },
-              [this](QObject *field) { m_logic.focusOutField(fieldIndexOf(field)); })
+              [this](QObject *field) {
+                  m_logic.focusOutField(fieldIndexOf(field));
+                  return true;
+              })
 {
     setObjectName("frmAddresses");
     buildLayout();
@@ -518,6 +521,9 @@ void frmAddresses::syncFields()
     if (m_logic.nameList().revision() != m_namesRevision) {
         mirrorComboList(m_names, m_logic.nameList());
         m_namesRevision = m_logic.nameList().revision();
+    } else if (m_names->currentIndex() != m_logic.nameList().listIndex()) {
+        // A choice the logic did not follow (the entry on screen could not be saved).
+        m_names->setCurrentIndex(m_logic.nameList().listIndex());
     }
     if (m_logic.headingList().revision() != m_headingsRevision) {
         mirrorComboList(m_heading, m_logic.headingList());
@@ -617,7 +623,8 @@ bool frmAddresses::handleKeyPress(QObject *watched, QKeyEvent *event)
     case Qt::Key_Tab:
         if (!control)
             return false;
-        leaveFocusedField();
+        if (!m_entry.commitPending(this))
+            return true;
         m_logic.nextTab();
         focusCurrentPage();
         return true;
@@ -627,15 +634,6 @@ bool frmAddresses::handleKeyPress(QObject *watched, QKeyEvent *event)
     default:
         return false;
     }
-}
-
-void frmAddresses::leaveFocusedField()
-{
-    // Saving happens before the focus moves: let a protected box put its text
-    // back first.
-    const int field = fieldIndexOf(QApplication::focusWidget());
-    if (field >= 0)
-        m_logic.focusOutField(field);
 }
 
 void frmAddresses::focusCurrentPage()
@@ -654,8 +652,12 @@ void frmAddresses::focusCurrentPage()
 
 void frmAddresses::closeEvent(QCloseEvent *event)
 {
-    leaveFocusedField();
-    m_logic.queryUnload();
+    // Close, Alt+F4 and the close box alike: what is being typed is taken in and
+    // saved first; what could not be saved keeps the window open.
+    if (!m_entry.commitPending(this) || !m_logic.queryUnload()) {
+        event->ignore();
+        return;
+    }
     m_logic.unload();
     setWaitCursor(false);
     event->accept();

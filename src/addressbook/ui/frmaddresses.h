@@ -62,7 +62,6 @@ private:
     void syncTabs();
     void syncBankLayout();
     void setWaitCursor(bool on);
-    void leaveFocusedField();
     void focusCurrentPage();
 
     bool handleKeyPress(QObject *watched, QKeyEvent *event);

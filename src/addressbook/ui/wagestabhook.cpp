@@ -2,13 +2,13 @@
 
 #include "paydetails/ui/wagestab.h"
 
-void WagesTabHook::loadWageTab(Database &farm, Database &wage, qint32 addressId, qint32)
+void WagesTabHook::loadWageTab(Database &suite, qint32 addressId, qint32)
 {
     // The editor finds the employee row itself, by address.
-    m_tab.loadWageTab(farm, wage, addressId);
+    m_tab.loadWageTab(suite, addressId);
 }
 
-void WagesTabHook::SaveWageTab()
+bool WagesTabHook::SaveWageTab()
 {
-    m_tab.SaveWageTab();
+    return m_tab.SaveWageTab();
 }

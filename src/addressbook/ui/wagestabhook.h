@@ -10,8 +10,8 @@ class WagesTabHook : public WageTabHook
 {
 public:
     explicit WagesTabHook(WagesTab &tab) : m_tab(tab) {}
-    void loadWageTab(Database &farm, Database &wage, qint32 addressId, qint32 employeeId) override;
-    void SaveWageTab() override;
+    void loadWageTab(Database &suite, qint32 addressId, qint32 employeeId) override;
+    bool SaveWageTab() override;
 
 private:
     WagesTab &m_tab;

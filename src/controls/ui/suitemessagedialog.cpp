@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr qint32 kYesNoButtons = 4;
 constexpr int kQuestionIcon = 9;
 constexpr int kMinimumWidth = 380;
 constexpr int kPromptMinimumWidth = 300;
@@ -32,7 +31,9 @@ QLabel *textLabel(const QString &text, const char *name, QWidget *parent)
 } // namespace
 
 SuiteMessageDialog::SuiteMessageDialog(const MessageRequest &request, QWidget *parent)
-    : QDialog(parent), m_answer(request.buttons == kYesNoButtons ? ResultNo : ResultOk),
+    : QDialog(parent), m_answer(request.buttons == ButtonsYesNo                ? ResultNo
+                                : request.buttons == ButtonsRetryDiscardCancel ? ResultCancel
+                                                                               : ResultOk),
       m_escapeAnswer(m_answer)
 {
     setWindowTitle(request.caption);
@@ -86,7 +87,20 @@ SuiteMessageDialog::SuiteMessageDialog(const MessageRequest &request, QWidget *p
     body->addLayout(texts, 1);
 
     m_buttons = new QDialogButtonBox(this);
-    if (request.buttons == kYesNoButtons) {
+    if (request.buttons == ButtonsRetryDiscardCancel) {
+        // Retry is the default; Escape and the close box go back to the change.
+        QPushButton *retry = m_buttons->addButton(tr("&Retry"), QDialogButtonBox::AcceptRole);
+        QPushButton *discard =
+            m_buttons->addButton(tr("&Discard Changes"), QDialogButtonBox::DestructiveRole);
+        QPushButton *cancel = m_buttons->addButton(QDialogButtonBox::Cancel);
+        retry->setObjectName("cmdRetry");
+        discard->setObjectName("cmdDiscard");
+        connect(retry, &QPushButton::clicked, this, [this] { finish(ResultRetry); });
+        connect(discard, &QPushButton::clicked, this, [this] { finish(ResultDiscard); });
+        connect(cancel, &QPushButton::clicked, this, [this] { finish(ResultCancel); });
+        retry->setDefault(true);
+        retry->setFocus();
+    } else if (request.buttons == ButtonsYesNo) {
         QPushButton *yes = m_buttons->addButton(QDialogButtonBox::Yes);
         QPushButton *no = m_buttons->addButton(QDialogButtonBox::No);
         connect(yes, &QPushButton::clicked, this, [this] { finish(ResultYes); });

@@ -68,13 +68,11 @@ void frmPaydetails::showEvent(QShowEvent *event)
 
 void frmPaydetails::done(int result)
 {
-    // A field being typed in is left first, so that its text is normalised
-    // before it is saved.
-    m_panel->leaveFocusedField();
-    if (m_loaded && m_editor->queryClose()) {
-        m_panel->resumeField(m_panel->lastLeftField());
+    // Every way of closing (OK, Alt+O, Escape, Alt+F4, the close box) comes here:
+    // what is being typed reaches the editor first, and a refused value or a save
+    // that the user went back to keeps the dialog open.
+    if (m_loaded && (!m_panel->commitPendingEdits() || m_editor->queryClose()))
         return;
-    }
     QDialog::done(result);
 }
 

@@ -1,5 +1,6 @@
 #include "paydetails/ui/paydetailspanel.h"
 
+#include "controls/ui/checkedcelldelegate.h"
 #include "controls/ui/combodelegate.h"
 #include "controls/ui/combomirror.h"
 #include "controls/ui/datepicker.h"
@@ -67,7 +68,7 @@ QLabel *makeLabel(const QString &text, QWidget *buddy)
 PayDetailsPanel::PayDetailsPanel(PayDetailsEditor &editor, QWidget *parent)
     : QWidget(parent), m_editor(editor), m_dialog(editor.host() == Editor::Host::Dialog),
       m_entry([this](QObject *field, bool byFocus) { enter(field, byFocus); },
-              [this](QObject *field) { leave(field); })
+              [this](QObject *field) { return leave(field); })
 {
     setObjectName("PayDetailsPanel");
     m_listRevisions.fill(~quint64(0));
@@ -254,6 +255,15 @@ QWidget *PayDetailsPanel::buildTabs()
     m_grid->setModel(m_gridModel);
     m_deductionDelegate = new ComboDelegate(m_grid);
     m_grid->setItemDelegateForColumn(DeductionGrid::DeductIdColumn, m_deductionDelegate);
+    // An amount or a percentage that is not one is refused in its cell, with the user's
+    // text kept there, so that a save never meets it.
+    m_amountDelegate = new CheckedCellDelegate(
+        [this](const QModelIndex &index, const QVariant &typed) {
+            return m_editor.checkGridCell(index.column(), typed);
+        },
+        m_grid);
+    m_grid->setItemDelegateForColumn(DeductionGrid::FixedAmountColumn, m_amountDelegate);
+    m_grid->setItemDelegateForColumn(DeductionGrid::SpecialRateColumn, m_amountDelegate);
     // The employee column only carries the row's owner.
     m_grid->hideColumn(DeductionGrid::EmployeeIdColumn);
     m_grid->setAlternatingRowColors(true);
@@ -482,24 +492,16 @@ void PayDetailsPanel::enter(QObject *field, bool byFocus)
     }
 }
 
-void PayDetailsPanel::leave(QObject *field)
+bool PayDetailsPanel::leave(QObject *field)
 {
     if (const int text = textIndexOf(field); text >= 0)
-        m_editor.textFocusOut(text);
-    else if (const int list = listIndexOf(field); list >= 0)
+        return m_editor.textFocusOut(text);
+    if (const int list = listIndexOf(field); list >= 0)
         m_editor.listFocusOut(list);
+    return true;
 }
 
-void PayDetailsPanel::leaveFocusedField()
+bool PayDetailsPanel::commitPendingEdits()
 {
-    m_lastLeft = textIndexOf(m_entry.entered() ? m_entry.entered() : QApplication::focusWidget());
-    if (m_lastLeft >= 0)
-        m_editor.textFocusOut(m_lastLeft);
-}
-
-void PayDetailsPanel::resumeField(int field)
-{
-    // The field keeps the focus; what it holds now is the value to revert to.
-    if (field >= 0 && field < Editor::TextCount)
-        m_editor.textFocusIn(field);
+    return m_entry.commitPending(this);
 }

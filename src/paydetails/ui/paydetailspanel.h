@@ -14,6 +14,7 @@ class QLabel;
 class QLineEdit;
 class QTabWidget;
 class QTableView;
+class CheckedCellDelegate;
 class ComboDelegate;
 class CvDatePicker;
 class DeductionGridModel;
@@ -32,13 +33,11 @@ public:
 
     PayDetailsEditor &editor() const { return m_editor; }
 
-    // Tells the editor that the focused text field is being left, as when a
-    // host saves before the focus has moved.
-    void leaveFocusedField();
-    // The field leaveFocusedField() left, -1 when none; a host whose close is
-    // refused gives the focus back to it with resumeField().
-    int lastLeftField() const { return m_lastLeft; }
-    void resumeField(int field);
+    // What the user is typing reaches the editor before a host saves, moves on or
+    // closes: a grid cell being edited, and the field the user is in (text or list).
+    // False when the editor refused it; the user stays there and the host must not
+    // go on.
+    bool commitPendingEdits();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -60,12 +59,11 @@ private:
     int textIndexOf(const QObject *object) const;
     int listIndexOf(const QObject *object) const;
     void enter(QObject *field, bool byFocus);
-    void leave(QObject *field);
+    bool leave(QObject *field);
 
     PayDetailsEditor &m_editor;
     bool m_dialog;
     SyncPass m_sync;
-    int m_lastLeft = -1;
     FieldEntry m_entry; // which field the user is in
 
     std::array<QLineEdit *, PayDetailsEditor::TextCount> m_texts{};
@@ -83,5 +81,6 @@ private:
     QTableView *m_grid = nullptr;
     DeductionGridModel *m_gridModel = nullptr;
     ComboDelegate *m_deductionDelegate = nullptr;
+    CheckedCellDelegate *m_amountDelegate = nullptr;
     quint64 m_gridRevision = ~quint64(0);
 };

@@ -18,15 +18,13 @@ WagesTab::WagesTab(QWidget *parent)
 
 WagesTab::~WagesTab() = default;
 
-void WagesTab::loadWageTab(Database &farm, Database &wage, qint32 addressId)
+void WagesTab::loadWageTab(Database &suite, qint32 addressId)
 {
-    m_editor->load(farm, wage, addressId);
+    m_editor->load(suite, addressId);
 }
 
-void WagesTab::SaveWageTab()
+bool WagesTab::SaveWageTab()
 {
-    // The field being typed in counts, as if the focus had left it.
-    m_panel->leaveFocusedField();
-    m_editor->SaveWageTab();
-    m_panel->resumeField(m_panel->lastLeftField());
+    // What is being typed counts, as if the focus had left it.
+    return m_panel->commitPendingEdits() && m_editor->SaveWageTab();
 }

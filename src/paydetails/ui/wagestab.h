@@ -18,8 +18,9 @@ public:
     explicit WagesTab(QWidget *parent = nullptr);
     ~WagesTab() override;
 
-    void loadWageTab(Database &farm, Database &wage, qint32 addressId);
-    void SaveWageTab();
+    void loadWageTab(Database &suite, qint32 addressId);
+    // False when what the page holds could not be saved and the user went back to it.
+    bool SaveWageTab();
 
     PayDetailsEditor &editor() const { return *m_editor; }
     PayDetailsPanel *panel() const { return m_panel; }

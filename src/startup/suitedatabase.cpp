@@ -1,0 +1,12 @@
+#include "startup/suitedatabase.h"
+
+#include "data/database.h"
+#include "startup/settings.h"
+
+std::unique_ptr<Database> openSuiteDatabase()
+{
+    const Settings settings;
+    auto db = std::make_unique<Database>(settings.DatabaseName());
+    db->attach(settings.WageDataBase(), QStringLiteral("wage"));
+    return db;
+}
