@@ -1,10 +1,12 @@
 // The INI reader and writer on real files.
+#include "config_home.h"
 #include "startup/profilestring.h"
 #include "support/qtprinters.h"
 
 #include <gtest/gtest.h>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 namespace {
@@ -127,10 +129,22 @@ TEST_F(ProfileFileTest, WriterAddsAMissingSectionAndCreatesFiles)
     EXPECT_EQ(contents(fresh), "[WAGE]\r\nAllEmployees=N\r\n");
 }
 
+TEST_F(ProfileFileTest, ABareNameIsAFileInThePerUserFolder)
+{
+    ScopedConfigHome home;
+    EXPECT_EQ(readTextLines("Corvane.ini"), std::nullopt);
+    ASSERT_TRUE(writeProfileString("WAGE", "AllEmployees", "Y", "Corvane.ini"));
+    ASSERT_TRUE(writeProfileString("wage", "allemployees", "N", "Corvane.ini"));
+    EXPECT_EQ(contents(home.iniPath()), "[WAGE]\r\nAllEmployees=N\r\n");
+    EXPECT_EQ(read("Corvane.ini", "Wage", "AllEmployees"), "N");
+    EXPECT_EQ(readTextLines("Corvane.ini"), QStringList({"[WAGE]", "AllEmployees=N"}));
+}
+
 TEST_F(ProfileFileTest, WriterReportsWhatItCannotWrite)
 {
-    EXPECT_FALSE(writeProfileString("WAGE", "AllEmployees", "Y", "Corvane.ini"));
+    ScopedConfigHome home;
     EXPECT_FALSE(writeProfileString("WAGE", "AllEmployees", "Y", "WIN.INI"));
+    EXPECT_FALSE(QFileInfo::exists(home.iniPath() + "/../WIN.INI"));
     EXPECT_FALSE(
         writeProfileString("WAGE", "AllEmployees", "Y", m_dir.filePath("no/such/dir/x.ini")));
 }
