@@ -127,7 +127,8 @@ void makeFolder(const QString &path)
     const QString parent = QFileInfo(path).path();
     makeFolder(parent);
     step();
-    if (::mkdir(encoded(path).constData(), 0777) != 0 && errno != EEXIST)
+    if (::mkdir(encoded(path).constData(), 0777) != 0 &&
+        (errno != EEXIST || !QFileInfo(path).isDir()))
         fail("cannot make", path);
     syncToDisk(parent);
 }
@@ -283,9 +284,14 @@ void switchSuite(const QString &dir, const QStringList &keep,
         QDir(folder).removeRecursively();
         throw;
     }
-    adopt(dir, generations);
-    // The one step that replaces the suite.
-    putLink(generations + '/' + kCurrent, name);
+    try {
+        adopt(dir, generations);
+        // The one step that replaces the suite.
+        putLink(generations + '/' + kCurrent, name);
+    } catch (...) {
+        sweep(dir, generations);
+        throw;
+    }
     sweep(dir, generations);
 }
 

@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QLocale>
 
+#include <cstdio>
+
 namespace {
 
 // Set by the first call and never cleared: the log file is opened once per
@@ -48,10 +50,9 @@ void LogError(QString &text)
     // the one before) and starts afresh: one rename, which another suite
     // program appending at the same moment cannot tear, and the newest lines
     // are always kept.
-    if (QFileInfo(path).size() >= kErrorLogLimit) {
-        QFile::remove(path + QLatin1String(".old"));
-        QFile::rename(path, path + QLatin1String(".old"));
-    }
+    if (QFileInfo(path).size() >= kErrorLogLimit)
+        std::rename(QFile::encodeName(path).constData(),
+                    QFile::encodeName(path + QLatin1String(".old")).constData());
     // The lines name people and files: for the owner's eyes only.
     QFile log(path);
     if (!log.open(QIODevice::WriteOnly | QIODevice::Append, QFile::ReadOwner | QFile::WriteOwner))
