@@ -3,6 +3,7 @@
 #include "bookwriter.h"
 #include "data/cverror.h"
 #include "suitedata.h"
+#include "suiteswitch.h"
 
 #include <QDir>
 #include <QFile>
@@ -93,17 +94,20 @@ void createDataFile(const QString &path, DataFile which, bool overwrite)
     }
 }
 
-static void writeIni(const QString &dir, bool force)
+// Every key the module reads is there, so that no start logs a missing one.
+// An empty value keeps the default (the data folder and files under the shared
+// folder, the program's own folder), so the folder can be moved.
+static void writeIni(const QString &ini)
 {
-    const QString ini = iniPath(dir);
-    if (!force && QFileInfo::exists(ini))
-        return;
-    QDir().mkpath(QFileInfo(ini).absolutePath());
     QFile f(ini);
     if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate))
         throw CvError(CvError::PermissionDenied, kSource, "cannot write " + ini);
-    // The data paths are left to their defaults under the shared folder.
     f.write("[CORVANE]\r\n"
+            "DataRoot=\r\n"
+            "DataFileName=\r\n"
+            "WageFileName=\r\n"
+            "ProgramDirectory=\r\n"
+            "ModuleFileName=\r\n"
             "[START]\r\n"
             "Firm=Corvane\r\n"
             "[WAGE]\r\n"
@@ -111,6 +115,7 @@ static void writeIni(const QString &dir, bool force)
             "[TAX]\r\n"
             "WageAccount=401001\r\n"
             "TaxNumberName=GST\r\n"
+            "TaxName=GST\r\n"
             "[WINDOWS]\r\n"
             "Country=64\r\n"
             "[HELPCONTEXTIDS]\r\n"
@@ -124,11 +129,23 @@ static void writeIni(const QString &dir, bool force)
 
 void initSuite(const QString &dir, bool force)
 {
-    writeIni(dir, force);
-    if (force || !QFileInfo::exists(farmPath(dir)))
-        createDataFile(farmPath(dir), DataFile::Farm, force);
-    if (force || !QFileInfo::exists(wagePath(dir)))
-        createDataFile(wagePath(dir), DataFile::Wage, force);
+    QStringList keep;
+    if (!force) {
+        for (const QString &path : {farmPath(dir), wagePath(dir), iniPath(dir)}) {
+            if (QFileInfo::exists(path))
+                keep << QFileInfo(path).fileName();
+        }
+    }
+    if (keep.size() == kSuiteFileNames.size())
+        return;
+    switchSuite(dir, keep, [&keep](const QString &folder) {
+        if (!keep.contains(kSuiteFileNames[0]))
+            createDataFile(folder + '/' + kSuiteFileNames[0], DataFile::Farm);
+        if (!keep.contains(kSuiteFileNames[1]))
+            createDataFile(folder + '/' + kSuiteFileNames[1], DataFile::Wage);
+        if (!keep.contains(kSuiteFileNames[2]))
+            writeIni(folder + '/' + kSuiteFileNames[2]);
+    });
 }
 
 QStringList existingDataFiles(const QString &dir)
@@ -152,40 +169,30 @@ void refuseExistingDataFiles(const QString &dir)
                       existing.join(" and ") + " exist already; use --force to replace them");
 }
 
-static void moveIntoPlace(const QString &from, const QString &to)
-{
-    if (QFileInfo::exists(to) && !QFile::remove(to))
-        throw CvError(CvError::PermissionDenied, kSource, "cannot replace " + to);
-    if (!QFile::rename(from, to))
-        throw CvError(CvError::PermissionDenied, kSource, "cannot write " + to);
-}
-
-// Both data files are filled beside their final places and moved in only when
-// complete, so a failure, or a refusal, leaves what was there.
+// Both data files are filled in a generation of their own and switched to
+// with the INI file only when complete (suiteswitch.cpp), so a failure, a
+// refusal or a crash leaves what was there.
 template <typename Fill> static void buildSuite(const QString &dir, bool force, Fill fill)
 {
     if (!force)
         refuseExistingDataFiles(dir);
-    const QString farmPart = farmPath(dir) + ".part";
-    const QString wagePart = wagePath(dir) + ".part";
-    try {
-        createDataFile(farmPart, DataFile::Farm, true);
-        createDataFile(wagePart, DataFile::Wage, true);
-        {
-            BookWriter farm(farmPart);
-            BookWriter wage(wagePart);
-            fill(farm, wage);
-            farm.commit();
-            wage.commit();
-        }
-        moveIntoPlace(farmPart, farmPath(dir));
-        moveIntoPlace(wagePart, wagePath(dir));
-        writeIni(dir, force);
-    } catch (...) {
-        QFile::remove(farmPart);
-        QFile::remove(wagePart);
-        throw;
-    }
+    const bool keepIni = !force && QFileInfo::exists(iniPath(dir));
+    switchSuite(dir, keepIni ? QStringList{kSuiteFileNames[2]} : QStringList(),
+                [&](const QString &folder) {
+                    const QString farmFile = folder + '/' + kSuiteFileNames[0];
+                    const QString wageFile = folder + '/' + kSuiteFileNames[1];
+                    createDataFile(farmFile, DataFile::Farm);
+                    createDataFile(wageFile, DataFile::Wage);
+                    {
+                        BookWriter farm(farmFile);
+                        BookWriter wage(wageFile);
+                        fill(farm, wage);
+                        farm.commit();
+                        wage.commit();
+                    }
+                    if (!keepIni)
+                        writeIni(folder + '/' + kSuiteFileNames[2]);
+                });
 }
 
 void demoSuite(const QString &dir, bool force)

@@ -21,7 +21,9 @@ void createDataFile(const QString &path, DataFile which, bool overwrite = false)
 
 // DIR/Corvane/Common/Corvane.ini, DIR/data/Farm32.mdb and DIR/data/Wage32.mdb,
 // so that with CORVANE_SHARED_DOCUMENTS=DIR every default path finds them.
-// Existing files are kept unless force is set (then they are replaced).
+// Existing files are kept unless force is set (then they are replaced). The
+// files in place are links into a generation folder, DIR/.cvsuite, so that a
+// replacement is all or nothing (suiteswitch.h).
 void initSuite(const QString &dir, bool force = false);
 
 // The INI file, and data files holding a New Zealand farm's books: about forty

@@ -5,7 +5,10 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 #include <QLocale>
+
+#include <cstdio>
 
 namespace {
 
@@ -42,8 +45,17 @@ void LogError(QString &text)
     if (g_logUsed)
         return;
     g_logUsed = true;
-    QFile log(errorLogFile());
-    if (!log.open(QIODevice::WriteOnly | QIODevice::Append))
+    const QString path = errorLogFile();
+    // Past the limit the log moves aside whole to CvErrors.log.old (replacing
+    // the one before) and starts afresh: one rename, which another suite
+    // program appending at the same moment cannot tear, and the newest lines
+    // are always kept.
+    if (QFileInfo(path).size() >= kErrorLogLimit)
+        std::rename(QFile::encodeName(path).constData(),
+                    QFile::encodeName(path + QLatin1String(".old")).constData());
+    // The lines name people and files: for the owner's eyes only.
+    QFile log(path);
+    if (!log.open(QIODevice::WriteOnly | QIODevice::Append, QFile::ReadOwner | QFile::WriteOwner))
         return;
     log.write(text.toUtf8());
     log.close();

@@ -39,6 +39,12 @@ QString suiteIniFile()
     return QFileInfo(path).isFile() ? path : QString(kIniName);
 }
 
+QString systemIniFolder()
+{
+    const QString config = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return config.isEmpty() ? QString() : joinPath(config, "Corvane");
+}
+
 QString errorLogFile()
 {
     return joinPath(commonFolder(), "CvErrors.log");

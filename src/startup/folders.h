@@ -16,8 +16,15 @@ QString sharedDocumentsFolder();
 QString commonFolder();
 
 // The suite INI file when it exists in the common folder, else the bare name
-// "Corvane.ini", which the profile reader then does not find.
+// "Corvane.ini", which the profile functions look for in the system folder
+// (systemIniFolder() here).
 QString suiteIniFile();
+
+// Where an INI file named without a folder lives, read and written alike: the
+// per-user configuration folder ($XDG_CONFIG_HOME, else ~/.config) +
+// "Corvane". It stands in for the Windows folder, where the suite's programs
+// find such a file on their own platform. Empty when no home is known.
+QString systemIniFolder();
 
 // Common folder + "CvErrors.log".
 QString errorLogFile();

@@ -1,7 +1,9 @@
 #include "startup/profilestring.h"
 
+#include "startup/folders.h"
 #include "startup/winini.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -21,6 +23,16 @@ bool isBareName(const QString &file)
 bool isWinIni(const QString &file)
 {
     return file.compare(QLatin1String("WIN.INI"), Qt::CaseInsensitive) == 0;
+}
+
+// The file a name stands for: a bare name lives in the system folder. Empty
+// for "WIN.INI", which no file holds, and when there is no system folder.
+QString located(const QString &file)
+{
+    if (!isBareName(file))
+        return file;
+    const QString folder = systemIniFolder();
+    return isWinIni(file) || folder.isEmpty() ? QString() : joinPath(folder, file);
 }
 
 // One line of the file: its bytes without the line end, and the line end
@@ -167,14 +179,13 @@ QString readProfileString(const QString &section, const QString &key, const QStr
                           const QString &file, int size)
 {
     QString value = defaultValue;
-    if (isBareName(file)) {
-        if (isWinIni(file)) {
-            value = winIniValue(section, key);
-            if (value.isEmpty())
-                value = defaultValue;
-        }
-    } else if (const std::optional<RawFile> raw = loadFile(file)) {
-        value = lookUp(*raw, section, key, defaultValue);
+    if (isWinIni(file)) {
+        value = winIniValue(section, key);
+        if (value.isEmpty())
+            value = defaultValue;
+    } else if (const QString path = located(file); !path.isEmpty()) {
+        if (const std::optional<RawFile> raw = loadFile(path))
+            value = lookUp(*raw, section, key, defaultValue);
     }
     // Room for the terminating NUL, as the caller's buffer has to hold it.
     return value.left(qMax(0, size - 1));
@@ -183,11 +194,15 @@ QString readProfileString(const QString &section, const QString &key, const QStr
 bool writeProfileString(const QString &section, const QString &key, const QString &value,
                         const QString &file)
 {
-    if (isBareName(file) || section.isEmpty() || key.isEmpty())
+    const QString path = located(file);
+    if (path.isEmpty() || section.isEmpty() || key.isEmpty())
+        return false;
+    // The Windows folder always exists; its stand-in is made when first used.
+    if (isBareName(file) && !QDir().mkpath(QFileInfo(path).path()))
         return false;
     RawFile raw;
-    if (QFileInfo::exists(file)) {
-        std::optional<RawFile> loaded = loadFile(file);
+    if (QFileInfo::exists(path)) {
+        std::optional<RawFile> loaded = loadFile(path);
         if (!loaded)
             return false;
         raw = std::move(*loaded);
@@ -234,7 +249,7 @@ bool writeProfileString(const QString &section, const QString &key, const QStrin
             insertAfter(lastContent, keyLine);
     }
 
-    QSaveFile out(file);
+    QSaveFile out(path);
     if (!out.open(QIODevice::WriteOnly))
         return false;
     out.write(raw.bom);
@@ -247,9 +262,10 @@ bool writeProfileString(const QString &section, const QString &key, const QStrin
 
 std::optional<QStringList> readTextLines(const QString &file)
 {
-    if (isBareName(file))
+    const QString path = located(file);
+    if (path.isEmpty())
         return std::nullopt;
-    const std::optional<RawFile> raw = loadFile(file);
+    const std::optional<RawFile> raw = loadFile(path);
     if (!raw)
         return std::nullopt;
     QStringList lines;

@@ -11,9 +11,10 @@
 // in CR LF, LF or CR; a UTF-8 byte order mark is skipped; text that is not
 // UTF-8 is read as Latin-1.
 //
-// A file name without a folder is looked for in the system folder, which
-// holds no INI files here: such names are never found, except "WIN.INI"
-// (any case), which reads the locale substitute of winini.h.
+// A file name without a folder is a file in the system folder, which here is
+// systemIniFolder() (folders.h), read and written by the same rules; the
+// folder is made on the first write. "WIN.INI" (any case) is the exception:
+// it reads the locale substitute of winini.h and is never written.
 
 // The characters a caller offers for a value, the terminating NUL included,
 // as the profile functions count them: a value is cut to size - 1 characters.
@@ -32,5 +33,5 @@ bool writeProfileString(const QString &section, const QString &key, const QStrin
                         const QString &file);
 
 // The lines of a file as text, without line ends; nothing when the file does
-// not exist (or the name has no folder).
+// not exist (or is "WIN.INI").
 std::optional<QStringList> readTextLines(const QString &file);

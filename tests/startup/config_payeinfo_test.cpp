@@ -1,4 +1,5 @@
 // PAYE settings from a real main data file.
+#include "config_home.h"
 #include "data/database.h"
 #include "startup/errorlog.h"
 #include "startup/payeinfo.h"
@@ -16,6 +17,7 @@ protected:
     PayeInfoTest() { resetErrorLogState(); }
     ~PayeInfoTest() override { resetErrorLogState(); }
 
+    ScopedConfigHome m_home;
     TempSuite m_suite;
     MessageRecorder m_recorder;
 };

@@ -1,4 +1,5 @@
 // The INI reader and writer on real files.
+#include "config_home.h"
 #include "startup/profilestring.h"
 #include "support/qtprinters.h"
 
@@ -127,9 +128,20 @@ TEST_F(ProfileFileTest, WriterAddsAMissingSectionAndCreatesFiles)
     EXPECT_EQ(contents(fresh), "[WAGE]\r\nAllEmployees=N\r\n");
 }
 
+TEST_F(ProfileFileTest, ABareNameIsAFileInThePerUserFolder)
+{
+    ScopedConfigHome home;
+    EXPECT_EQ(readTextLines("Corvane.ini"), std::nullopt);
+    ASSERT_TRUE(writeProfileString("WAGE", "AllEmployees", "Y", "Corvane.ini"));
+    ASSERT_TRUE(writeProfileString("wage", "AllEmployees", "N", "Corvane.ini"));
+    EXPECT_EQ(contents(home.iniPath()), "[WAGE]\r\nAllEmployees=N\r\n");
+    EXPECT_EQ(read("Corvane.ini", "Wage", "AllEmployees"), "N");
+    EXPECT_EQ(readTextLines("Corvane.ini"), QStringList({"[WAGE]", "AllEmployees=N"}));
+}
+
 TEST_F(ProfileFileTest, WriterReportsWhatItCannotWrite)
 {
-    EXPECT_FALSE(writeProfileString("WAGE", "AllEmployees", "Y", "Corvane.ini"));
+    ScopedConfigHome home;
     EXPECT_FALSE(writeProfileString("WAGE", "AllEmployees", "Y", "WIN.INI"));
     EXPECT_FALSE(
         writeProfileString("WAGE", "AllEmployees", "Y", m_dir.filePath("no/such/dir/x.ini")));

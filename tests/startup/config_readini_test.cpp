@@ -1,4 +1,5 @@
 // ReadIni's value and its log lines, on a real suite folder.
+#include "config_home.h"
 #include "startup/errorlog.h"
 #include "startup/folders.h"
 #include "startup/readini.h"
@@ -21,6 +22,8 @@ protected:
         resetErrorLogState();
         setWinIniTerritory(QLocale::AnyTerritory);
     }
+
+    ScopedConfigHome m_home;
 
     // The text of the one log line, without its time stamp and line end.
     QString loggedText() const

@@ -1,4 +1,5 @@
 // Settings and the suite values derived from the INI file.
+#include "config_home.h"
 #include "startup/errorlog.h"
 #include "startup/folders.h"
 #include "startup/settings.h"
@@ -10,6 +11,8 @@
 
 #include <gtest/gtest.h>
 #include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
 
 namespace {
 
@@ -30,6 +33,7 @@ protected:
     }
     void ini(const QByteArray &text) { m_suite.writeIni(text); }
 
+    ScopedConfigHome m_home;
     TempSuite m_suite;
     Settings m_settings;
 };
@@ -88,8 +92,22 @@ TEST_F(SettingsTest, AllEmployeesIsWrittenBackToTheSameSection)
     ASSERT_TRUE(writeAllEmployees("Y"));
     EXPECT_FALSE(m_settings.EmployeeOnly());
     EXPECT_EQ(m_suite.readIni(), "[CORVANE]\r\nDataRoot=x\r\n[Wage]\r\nAllEmployees=Y\r\n");
+}
+
+// Without a suite INI file the switch lives in the per-user folder, and is
+// remembered there, as the bare name's file was in the system folder.
+TEST_F(SettingsTest, WithoutAnIniFileTheSwitchIsRememberedPerUser)
+{
     m_suite.removeIni();
-    EXPECT_FALSE(writeAllEmployees("N"));
+    EXPECT_TRUE(m_settings.EmployeeOnly());
+    for (const char *value : {"Y", "N", "Y"}) {
+        ASSERT_TRUE(writeAllEmployees(value));
+        EXPECT_EQ(m_settings.EmployeeOnly(), value[0] == 'N');
+    }
+    QFile written(m_home.iniPath());
+    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+    EXPECT_EQ(written.readAll(), "[WAGE]\r\nAllEmployees=Y\r\n");
+    EXPECT_FALSE(QFileInfo::exists(m_suite.iniPath()));
 }
 
 TEST_F(SettingsTest, CountryCodeRule)

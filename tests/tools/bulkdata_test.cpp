@@ -1,6 +1,7 @@
 #include "bookquery.h"
 #include "data/cverror.h"
 #include "suitefiles.h"
+#include "suiteswitch.h"
 
 #include <gtest/gtest.h>
 #include <QDir>
@@ -78,11 +79,15 @@ TEST(BulkBooks, RefusesMoreEmployeesThanEntriesAndKeepsExistingFiles)
 TEST(BulkBooks, AFailedBuildLeavesNoFilesBehind)
 {
     QTemporaryDir dir;
-    // A folder where the wage file is built makes the build fail after the
-    // main data file has been started.
-    ASSERT_TRUE(QDir().mkpath(SuiteFiles::wagePath(dir.path()) + ".part"));
-    EXPECT_THROW(SuiteFiles::bulkSuite(dir.path(), options(50, 5)), CvError);
-    EXPECT_TRUE(SuiteFiles::existingDataFiles(dir.path()).isEmpty());
-    EXPECT_FALSE(QFileInfo::exists(SuiteFiles::farmPath(dir.path()) + ".part"));
+    // A folder where the wage file belongs: the books are built, but cannot be put in
+    // place.
+    ASSERT_TRUE(QDir().mkpath(SuiteFiles::wagePath(dir.path())));
+    SuiteFiles::BulkOptions forced = options(50, 5);
+    forced.force = true;
+    EXPECT_THROW(SuiteFiles::bulkSuite(dir.path(), forced), CvError);
+    EXPECT_FALSE(QFileInfo::exists(SuiteFiles::farmPath(dir.path())));
     EXPECT_FALSE(QFileInfo::exists(SuiteFiles::iniPath(dir.path())));
+    EXPECT_TRUE(QDir(SuiteFiles::generationsFolder(dir.path()))
+                    .entryList({"suite-*"}, QDir::AllEntries | QDir::Hidden)
+                    .isEmpty());
 }

@@ -21,15 +21,14 @@ TEST(SuiteFiles, InitLaysOutTheSharedFolderAndNeverOverwrites)
     EXPECT_EQ(BookQuery(suite.farmPath()).count("PRAGMA page_size"), 65536);
 
     // The INI file has CR LF lines and upper-case headers, which ReadIni insists on, and
-    // leaves the data paths to their defaults.
+    // leaves the data paths to their defaults with empty values.
     const QByteArray ini = suite.readIni();
     EXPECT_EQ(ini.count("\r\n"), ini.count('\n'));
-    for (const char *line : {"[CORVANE]\r\n", "[START]\r\nFirm=Corvane\r\n", "[WAGE]\r\n",
-                             "[TAX]\r\n", "[WINDOWS]\r\nCountry=64\r\n", "[COLOURS]\r\n"})
+    for (const char *line : {"[CORVANE]\r\nDataRoot=\r\nDataFileName=\r\nWageFileName=\r\n",
+                             "[START]\r\nFirm=Corvane\r\n", "[WAGE]\r\n", "[TAX]\r\n",
+                             "[WINDOWS]\r\nCountry=64\r\n", "[COLOURS]\r\n"})
         EXPECT_TRUE(ini.contains(line)) << line;
     EXPECT_FALSE(QString(ini).contains(QRegularExpression(R"(\[[^\]]*[a-z][^\]]*\])")));
-    EXPECT_FALSE(ini.contains("DataRoot"));
-    EXPECT_FALSE(ini.contains("DataFileName"));
 }
 
 TEST(SuiteFiles, DemoRefusesExistingFilesUnlessForced)
