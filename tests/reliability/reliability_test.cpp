@@ -318,6 +318,16 @@ int readCount(const QString &path)
     return f.open(QIODevice::ReadOnly) ? f.readAll().trimmed().toInt() : -1;
 }
 
+// The first line of after that differs from before, for a short report.
+QString firstDifference(const QString &before, const QString &after)
+{
+    const QStringList a = before.split(u'\n'), b = after.split(u'\n');
+    for (qsizetype i = 0; i < b.size(); ++i)
+        if (i >= a.size() || a[i] != b[i])
+            return b[i].left(160);
+    return QStringLiteral("rows removed");
+}
+
 // ---- Figures -----------------------------------------------------------------------
 
 // Each test rewrites its own lines of the figures file and keeps the others'.
@@ -432,6 +442,9 @@ protected:
         const Outcome o = run(kChild, {s.name}, dir->path(), {}, s.answers, countFile);
         EXPECT_EQ(o.failuresReported(), 0) << s.name << ": a clean save reports\n"
                                            << qPrintable(o.err);
+        EXPECT_NE(Books(dir->path()).dump(), Books(templateDir()).dump())
+            << s.name << ": a clean run saved nothing\n"
+            << qPrintable(o.err);
         if (clean)
             *clean = o;
         return readCount(countFile);
@@ -535,10 +548,10 @@ TEST_F(SaveReliability, AFailedWriteIsReportedOnceAndChangesNothing)
                     ++reportedOnce;
                 else
                     sample(label + QStringLiteral(": reported %1 times").arg(reports));
-                if (Books(dir->path()).dump() == before)
+                if (const QString after = Books(dir->path()).dump(); after == before)
                     ++unchanged;
                 else
-                    sample(label + ": the files changed");
+                    sample(label + ": the files changed: " + firstDifference(before, after));
                 if (o.says("AUTOCOMMIT 1"))
                     ++autocommit;
                 else
