@@ -37,8 +37,10 @@ public:
         if (!QFile::exists(wage) ||
             sqlite3_open_v2(farm.constData(), &m_db, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK)
             m_error = "cannot open the data files";
-        else
+        else {
+            sqlite3_busy_timeout(m_db, 10000); // a writer may still be finishing
             exec("ATTACH '" + wage + "' AS wage");
+        }
     }
     ~Books() { sqlite3_close(m_db); }
     Books(const Books &) = delete;
@@ -646,9 +648,10 @@ TEST_F(SaveReliability, EightWritersForAMinuteLoseNothingAndReportEveryFailure)
                               {"loop", LoopPrefix + QString::number(i), QString::number(seconds)});
     }
     int saved = 0, failed = 0, silent = 0, lost = 0, reported = 0;
+    for (auto &p : writers)
+        ASSERT_TRUE(p->waitForFinished((seconds + 60) * 1000));
     for (int i = 1; i <= 8; ++i) {
         QProcess &p = *writers[std::size_t(i - 1)];
-        ASSERT_TRUE(p.waitForFinished((seconds + 60) * 1000));
         Outcome o;
         o.out = QString::fromUtf8(p.readAllStandardOutput());
         o.err = QString::fromUtf8(p.readAllStandardError());
