@@ -236,8 +236,17 @@ void Database::commit()
                                      "earlier failure, or never begun."));
     QSqlQuery q = s.query();
     const int level = s.transactionDepth - 1;
-    s.run(q, level == 0 ? QStringLiteral("COMMIT") : QStringLiteral("RELEASE cv_%1").arg(level), {},
-          Source);
+    try {
+        s.run(q, level == 0 ? QStringLiteral("COMMIT") : QStringLiteral("RELEASE cv_%1").arg(level),
+              {}, Source);
+    } catch (const CvError &) {
+        // Syncing the folder after the super-journal of a save across both files has
+        // gone: both files hold the save already (with the super-journal gone their
+        // journals no longer roll anything back). Reporting it as not saved would have
+        // the user save it twice.
+        if (level != 0 || s.lastFailure != SQLITE_IOERR_DIR_FSYNC)
+            throw;
+    }
     s.transactionDepth = level;
 }
 

@@ -46,6 +46,7 @@ void DatabaseState::fail(const QSqlError &error, const char *source)
 
 void DatabaseState::fail(int code, const QString &message, const char *source)
 {
+    lastFailure = handle ? sqlite3_extended_errcode(handle) : code;
     // A transaction left open would silently swallow every later write.
     if (handle && !sqlite3_get_autocommit(handle)) {
         QSqlQuery rollback(db);

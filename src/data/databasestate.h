@@ -29,6 +29,7 @@ public:
     sqlite3 *handle = nullptr;
     int busyTimeout = 0;
     int transactionDepth = 0;
+    int lastFailure = 0; // SQLite's extended result code of the last failure
 
     bool isOpen() const { return handle != nullptr; }
     void requireOpen(const char *source) const;

@@ -293,6 +293,15 @@ void PayDetailsEditor::load(Database &suite, qint32 addressId)
         FillDaoVBCombo(wageDb, m_lists[EnrolmentType],
                        QStringLiteral("SELECT KiwiSaverEnrollType.* From KiwiSaverEnrollType"),
                        enrolType, false, QString(), false, true, false);
+        // Read once: closing must not meet a lock before its save does.
+        m_memberTypes.clear();
+        {
+            Recordset types(
+                wageDb, QStringLiteral("SELECT KSEnrollType, KSMember FROM KiwiSaverEnrollType"),
+                Recordset::Snapshot);
+            for (; !types.eof(); types.moveNext())
+                m_memberTypes.insert(types.value(0).toString(), types.value(1).toBool());
+        }
         fillHeadingList(farmDb, m_lists[Heading], heading);
         fillEnterpriseList(farmDb, m_lists[Enterprise], enterprise);
         m_nonCash = bank >= FirstEPaymentBankId;
@@ -377,7 +386,7 @@ void PayDetailsEditor::saveRow()
     }
     const qint32 employee = qint32(rs.value(QStringLiteral("EmployeeID")).toLongLong());
 
-    const bool member = IsKiwiSaverMemberType(db, m_lists[EnrolmentType].text());
+    const bool member = isMemberType(m_lists[EnrolmentType].text());
     rs.setValue(QStringLiteral("KiwiSaverEnrolled"), member);
     rs.setValue(QStringLiteral("KiwiSaverEnrolID"), m_lists[EnrolmentType].currentData());
 
@@ -405,7 +414,7 @@ void PayDetailsEditor::saveRow()
 bool PayDetailsEditor::queryClose()
 {
     try {
-        if (IsKiwiSaverMemberType(wage(), m_lists[EnrolmentType].text()) &&
+        if (isMemberType(m_lists[EnrolmentType].text()) &&
             m_lists[EmployerRate].text() == kPleaseSelect) {
             SuiteMessageBox(QStringLiteral("KiwiSaver Employer Contribution Rate has not been "
                                            "selected"),
@@ -423,6 +432,14 @@ bool PayDetailsEditor::queryClose()
         return true;
     }
     return false;
+}
+
+bool PayDetailsEditor::isMemberType(const QString &enrolType)
+{
+    const auto known = m_memberTypes.constFind(enrolType);
+    // An unknown type is looked up, and reported, as it always was.
+    return known != m_memberTypes.constEnd() ? known.value()
+                                             : IsKiwiSaverMemberType(wage(), enrolType);
 }
 
 void PayDetailsEditor::captionPayRate(qint32 employeeTypeId)
@@ -564,7 +581,7 @@ void PayDetailsEditor::listFocusOut(int index)
 void PayDetailsEditor::enrolmentClicked()
 {
     try {
-        showRatesFor(IsKiwiSaverMemberType(wage(), m_lists[EnrolmentType].text()));
+        showRatesFor(isMemberType(m_lists[EnrolmentType].text()));
     } catch (const CvError &e) {
         showErrorReport(e, origin("cmbWage_Click"));
     }

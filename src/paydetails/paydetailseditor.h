@@ -5,6 +5,7 @@
 #include <array>
 #include <memory>
 #include <QDate>
+#include <QHash>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -153,6 +154,7 @@ private:
     Database &wage();
     void fillBankList();
     void captionPayRate(qint32 employeeTypeId);
+    bool isMemberType(const QString &enrolType);
     void showRatesFor(bool member);
     void normaliseText(int field);
     QString textProblem(int field) const;
@@ -188,5 +190,6 @@ private:
     std::array<QString, ListCount> m_focusListText;
     std::unique_ptr<DeductionGrid> m_grid;
     QStringList m_pendingLog;
+    QHash<QString, bool> m_memberTypes; // KiwiSaver enrolment types: member or not
     quint64 m_revision = 0;
 };

@@ -27,6 +27,8 @@ static long g_at;
 static enum Kind g_kind;
 static atomic_long g_count;
 static int g_ready;
+static int g_trace;
+static __thread char g_last[PATH_MAX]; // the file of the call being counted, for CV_FAULT_TRACE
 
 __attribute__((constructor)) static void faultInit(void)
 {
@@ -42,6 +44,7 @@ __attribute__((constructor)) static void faultInit(void)
              : !strcmp(kind, "eio")    ? KindEio
              : !strcmp(kind, "enospc") ? KindEnospc
                                        : KindNone;
+    g_trace = getenv("CV_FAULT_TRACE") != NULL;
     g_ready = 1;
 }
 
@@ -87,6 +90,7 @@ static int pathCounts(int dirfd, const char *path)
     }
     // The folder itself was resolved; the file may not exist (yet, or any more).
     char real[PATH_MAX];
+    snprintf(g_last, sizeof g_last, "%s", full);
     if (realpath(full, real))
         return underDir(real);
     char *slash = strrchr(full, '/');
@@ -106,15 +110,25 @@ static int fdCounts(int fd)
     if (n <= 0)
         return 0;
     target[n] = 0;
+    snprintf(g_last, sizeof g_last, "%s", target);
     return underDir(target);
 }
 
 // Returns the errno the call must fail with, 0 to let it run.
-static int point(int counts)
+static int countedPoint(const char *call, int counts)
 {
     if (!counts)
         return 0;
     const long n = atomic_fetch_add(&g_count, 1) + 1;
+    if (g_trace) {
+        char line[PATH_MAX + 64];
+        const int len = snprintf(line, sizeof line, "POINT %ld %s %s\n", n, call, g_last);
+        ssize_t (*raw)(int, const void *, size_t) = NULL;
+        void *sym = dlsym(RTLD_NEXT, "write");
+        memcpy(&raw, &sym, sizeof sym);
+        if (raw && len > 0)
+            raw(2, line, (size_t)len);
+    }
     if (n != g_at)
         return 0;
     switch (g_kind) {
@@ -129,6 +143,8 @@ static int point(int counts)
         return 0;
     }
 }
+
+#define point__(counts) countedPoint(__func__, counts)
 
 // dlsym gives an object pointer; memcpy turns it into the function pointer ISO C allows.
 #define REAL(name)                                                                                 \
@@ -149,90 +165,90 @@ static int point(int counts)
 ssize_t write(int fd, const void *buf, size_t n)
 {
     REAL(write)
-    const int err = point(fdCounts(fd));
+    const int err = point__(fdCounts(fd));
     FAIL_OR(err, real(fd, buf, n));
 }
 
 ssize_t pwrite(int fd, const void *buf, size_t n, off_t off)
 {
     REAL(pwrite)
-    const int err = point(fdCounts(fd));
+    const int err = point__(fdCounts(fd));
     FAIL_OR(err, real(fd, buf, n, off));
 }
 
 ssize_t pwrite64(int fd, const void *buf, size_t n, off64_t off)
 {
     REAL(pwrite64)
-    const int err = point(fdCounts(fd));
+    const int err = point__(fdCounts(fd));
     FAIL_OR(err, real(fd, buf, n, off));
 }
 
 ssize_t writev(int fd, const struct iovec *iov, int count)
 {
     REAL(writev)
-    const int err = point(fdCounts(fd));
+    const int err = point__(fdCounts(fd));
     FAIL_OR(err, real(fd, iov, count));
 }
 
 int fsync(int fd)
 {
     REAL(fsync)
-    const int err = point(fdCounts(fd));
+    const int err = point__(fdCounts(fd));
     FAIL_OR(err, real(fd));
 }
 
 int fdatasync(int fd)
 {
     REAL(fdatasync)
-    const int err = point(fdCounts(fd));
+    const int err = point__(fdCounts(fd));
     FAIL_OR(err, real(fd));
 }
 
 int ftruncate(int fd, off_t length)
 {
     REAL(ftruncate)
-    const int err = point(fdCounts(fd));
+    const int err = point__(fdCounts(fd));
     FAIL_OR(err, real(fd, length));
 }
 
 int ftruncate64(int fd, off64_t length)
 {
     REAL(ftruncate64)
-    const int err = point(fdCounts(fd));
+    const int err = point__(fdCounts(fd));
     FAIL_OR(err, real(fd, length));
 }
 
 int rename(const char *from, const char *to)
 {
     REAL(rename)
-    const int err = point(pathCounts(AT_FDCWD, from) || pathCounts(AT_FDCWD, to));
+    const int err = point__(pathCounts(AT_FDCWD, from) || pathCounts(AT_FDCWD, to));
     FAIL_OR(err, real(from, to));
 }
 
 int renameat(int fromDir, const char *from, int toDir, const char *to)
 {
     REAL(renameat)
-    const int err = point(pathCounts(fromDir, from) || pathCounts(toDir, to));
+    const int err = point__(pathCounts(fromDir, from) || pathCounts(toDir, to));
     FAIL_OR(err, real(fromDir, from, toDir, to));
 }
 
 int renameat2(int fromDir, const char *from, int toDir, const char *to, unsigned flags)
 {
     REAL(renameat2)
-    const int err = point(pathCounts(fromDir, from) || pathCounts(toDir, to));
+    const int err = point__(pathCounts(fromDir, from) || pathCounts(toDir, to));
     FAIL_OR(err, real(fromDir, from, toDir, to, flags));
 }
 
 int unlink(const char *path)
 {
     REAL(unlink)
-    const int err = point(pathCounts(AT_FDCWD, path));
+    const int err = point__(pathCounts(AT_FDCWD, path));
     FAIL_OR(err, real(path));
 }
 
 int unlinkat(int dirfd, const char *path, int flags)
 {
     REAL(unlinkat)
-    const int err = point(pathCounts(dirfd, path));
+    const int err = point__(pathCounts(dirfd, path));
     FAIL_OR(err, real(dirfd, path, flags));
 }

@@ -210,12 +210,19 @@ bool savePayDetails()
 // outcome is checked against what another connection then reads.
 void saveLoop(AddressBookLogic &logic, ScriptedMessages &messages, const QString &name, int seconds)
 {
-    start(logic, 0, name);
-    const qint32 id = logic.shownAddressId();
+    // Opening the window or showing the entry may itself meet a lock (reported to the
+    // user, who opens it again): the loop saves only while its entry is on screen.
+    const qint32 id = addressIdOf(name);
     const QString read =
         "SELECT CustomerNumber FROM Addresses WHERE AddressID = " + QString::number(id);
     QDeadlineTimer deadline(seconds * 1000);
     for (int n = 1; !deadline.hasExpired(); ++n) {
+        if (!logic.farmDatabase() || logic.shownAddressId() != id) {
+            logic.unload();
+            start(logic, 0, name);
+            --n;
+            continue;
+        }
         const int before = messages.failures;
         logic.editField(AddressBookLogic::CustomerNumber, QString::number(n));
         logic.saveCurrentTab();
