@@ -3,6 +3,7 @@
 #include "data/cverror.h"
 #include "data/jetsql.h"
 
+#include <QFileInfo>
 #include <QSqlRecord>
 #include <sqlite3.h>
 
@@ -87,8 +88,18 @@ void DatabaseState::fail(int code, const QString &message, const char *source)
 
 QString DatabaseState::files() const
 {
-    QStringList names{path};
-    names += attached;
+    const QFileInfo main(path);
+    QStringList names{main.fileName()};
+    bool oneFolder = true;
+    for (const QString &other : attached) {
+        const QFileInfo file(other);
+        names << file.fileName();
+        oneFolder = oneFolder && file.absolutePath() == main.absolutePath();
+    }
+    // "Farm32.mdb or Wage32.mdb in /data": a clerk reads the names, not the paths.
+    if (oneFolder)
+        return names.join(QStringLiteral(" or ")) + QStringLiteral(" in ") + main.absolutePath();
+    names = QStringList{path} + attached;
     return names.join(QStringLiteral(" or "));
 }
 

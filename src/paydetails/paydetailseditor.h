@@ -122,6 +122,8 @@ public:
     // user is told in plain words what the column takes. The view checks before it
     // lets the user leave the cell.
     bool checkGridCell(int column, const QVariant &typed) const;
+    // The same without telling: the message, empty when the column takes the value.
+    QString gridCellProblem(int column, const QVariant &value) const;
     // A grid cell edited by the user: stores the value and recomputes the rate. A value
     // the column cannot take is refused (false) with a message, and nothing changes.
     bool gridCellEdited(int row, int column, const QVariant &value);
@@ -158,7 +160,6 @@ private:
     void showRatesFor(bool member);
     void normaliseText(int field);
     QString textProblem(int field) const;
-    QString gridCellProblem(int column, const QVariant &value) const;
     void logLine(const QString &line);
     bool save();
     void saveRow();

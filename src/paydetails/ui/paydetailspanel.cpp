@@ -250,7 +250,7 @@ QWidget *PayDetailsPanel::buildTabs()
     auto *deductions = new QWidget;
     deductions->setObjectName("pageDeductions");
     m_gridModel = new DeductionGridModel(m_editor, this);
-    m_grid = new QTableView;
+    m_grid = new CheckedTableView;
     m_grid->setObjectName("tgrdDeductions");
     m_grid->setModel(m_gridModel);
     m_deductionDelegate = new ComboDelegate(m_grid);
@@ -258,8 +258,9 @@ QWidget *PayDetailsPanel::buildTabs()
     // An amount or a percentage that is not one is refused in its cell, with the user's
     // text kept there, so that a save never meets it.
     m_amountDelegate = new CheckedCellDelegate(
-        [this](const QModelIndex &index, const QVariant &typed) {
-            return m_editor.checkGridCell(index.column(), typed);
+        [this](const QModelIndex &index, const QVariant &typed, bool tell) {
+            return tell ? m_editor.checkGridCell(index.column(), typed)
+                        : m_editor.gridCellProblem(index.column(), typed).isEmpty();
         },
         m_grid);
     m_grid->setItemDelegateForColumn(DeductionGrid::FixedAmountColumn, m_amountDelegate);
