@@ -8,6 +8,7 @@
 #include "startup/extractfield.h"
 
 #include <limits>
+#include <QStringList>
 
 namespace {
 

@@ -22,7 +22,10 @@ QString read(const QString &section, const QString &key, const QString &file)
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
-    dir = new QTemporaryDir;
+    // Every run writes the file through QSaveFile, which syncs: in memory that is cheap.
+    dir = QDir(QStringLiteral("/dev/shm")).exists()
+              ? new QTemporaryDir(QStringLiteral("/dev/shm/cvfuzz-XXXXXX"))
+              : new QTemporaryDir;
     // ReadIni logs a missing key to the suite's error log: keep it in here.
     QDir(dir->path()).mkpath(QStringLiteral("Corvane/Common"));
     qputenv("CORVANE_SHARED_DOCUMENTS", dir->path().toUtf8());
