@@ -181,6 +181,13 @@ bool is(const Token &t, const char16_t *word)
     return t.kind == Kind::Word && t.text.compare(QStringView(word), Qt::CaseInsensitive) == 0;
 }
 
+// A keyword as the statement uses it: a qualified word (a.From) has been
+// written out as a quoted name and is no keyword.
+bool isKeyword(const Token &t, const char16_t *word)
+{
+    return is(t, word) && t.out == t.text;
+}
+
 bool isPunct(const Token &t, const char16_t *p)
 {
     return t.kind == Kind::Punct && t.text == p;
@@ -281,7 +288,7 @@ public:
                 --depth;
             if (t.removed)
                 continue;
-            if (result.isSelect && result.fromPos < 0 && depth == 0 && is(t, u"FROM"))
+            if (result.isSelect && result.fromPos < 0 && depth == 0 && isKeyword(t, u"FROM"))
                 result.fromPos = sql.size();
             sql += t.out;
         }
@@ -400,7 +407,7 @@ private:
             if (is(t, a) && isPunct(at(next(i)), u"("))
                 r->isSimple = false;
         }
-        if (!r->fromTable.isEmpty() || !is(t, u"FROM"))
+        if (!r->fromTable.isEmpty() || !isKeyword(t, u"FROM"))
             return;
         int j = next(i);
         while (j >= 0 && isPunct(m_t[j], u"("))
