@@ -28,7 +28,7 @@ static enum Kind g_kind;
 static atomic_long g_count;
 static int g_ready;
 static int g_trace;
-static __thread char g_last[PATH_MAX]; // the file of the call being counted, for CV_FAULT_TRACE
+static __thread char g_last[2 * PATH_MAX + 2]; // the file of the call being counted, for CV_FAULT_TRACE
 
 __attribute__((constructor)) static void faultInit(void)
 {
@@ -121,7 +121,7 @@ static int countedPoint(const char *call, int counts)
         return 0;
     const long n = atomic_fetch_add(&g_count, 1) + 1;
     if (g_trace) {
-        char line[PATH_MAX + 64];
+        char line[2 * PATH_MAX + 64];
         const int len = snprintf(line, sizeof line, "POINT %ld %s %s\n", n, call, g_last);
         ssize_t (*raw)(int, const void *, size_t) = NULL;
         void *sym = dlsym(RTLD_NEXT, "write");
