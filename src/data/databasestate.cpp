@@ -74,9 +74,9 @@ void DatabaseState::fail(int code, const QString &message, const char *source)
                           .arg(files(), message));
     case SQLITE_NOTADB:
     case SQLITE_CORRUPT:
-        throw CvError(
-            CvError::UnrecognizedFormat, source,
-            QStringLiteral("Unrecognized database format '%1' (%2).").arg(files(), message));
+        throw CvError(CvError::UnrecognizedFormat, source,
+                      QStringLiteral("%1 is damaged, or is not a data file of the suite (%2).")
+                          .arg(files(), message));
     case SQLITE_READONLY:
         throw CvError(
             CvError::FileReadOnly, source,

@@ -28,7 +28,8 @@ static enum Kind g_kind;
 static atomic_long g_count;
 static int g_ready;
 static int g_trace;
-static __thread char g_last[2 * PATH_MAX + 2]; // the file of the call being counted, for CV_FAULT_TRACE
+static __thread char
+    g_last[2 * PATH_MAX + 2]; // the file of the call being counted, for CV_FAULT_TRACE
 
 __attribute__((constructor)) static void faultInit(void)
 {
