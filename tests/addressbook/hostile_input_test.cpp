@@ -25,85 +25,37 @@ QString ch(char16_t c)
 
 const QStringList &hostileStrings()
 {
+    // One group of strings to a line or two.
+    // clang-format off
     static const QStringList strings = {
         // Quotes and SQL: a value concatenated into a statement would break or change it.
-        "'",
-        "\"",
-        "O'Brien",
-        "''",
-        "'; DROP TABLE Addresses; --",
-        "\" OR 1=1 --",
-        "' OR '1'='1",
-        "Robert'); DELETE FROM Employees; --",
+        "'", "\"", "O'Brien", "''", "'; DROP TABLE Addresses; --", "\" OR 1=1 --",
+        "' OR '1'='1", "Robert'); DELETE FROM Employees; --",
         // Jet brackets and LIKE wildcards, in both dialects, and the escape character.
-        "[",
-        "]",
-        "[Addresses]",
-        "*",
-        "?",
-        "%",
-        "_",
-        "#",
-        "\\",
-        "[!a-z]*",
-        "100%_off",
+        "[", "]", "[Addresses]", "*", "?", "%", "_", "#", "\\", "[!a-z]*", "100%_off",
         // Our message placeholders, QString::arg's, and accelerator ampersands.
-        "|0|",
-        "|1|",
-        "|",
-        "%1 %2",
-        "&",
-        "&&",
+        "|0|", "|1|", "|", "%1 %2", "&", "&&",
         // Control characters: NUL cuts C strings; tab, CR and LF lines; ESC terminals.
-        "a" + ch(0) + "b",
-        ch(0),
-        "a\tb",
-        "\r",
-        "\n",
-        "line1\r\nline2",
-        ch(0x01),
-        ch(0x1b) + "[31mred",
-        ch(0x7f),
+        "a" + ch(0) + "b", ch(0), "a\tb", "\r", "\n", "line1\r\nline2", ch(0x01),
+        ch(0x1b) + "[31mred", ch(0x7f),
         // Direction marks and invisible characters that change how a name reads.
-        ch(0x202e) + "evil.exe",
-        ch(0x200f),
-        "a" + ch(0x200d) + "b",
-        ch(0xfeff) + "bom",
+        ch(0x202e) + "evil.exe", ch(0x200f), "a" + ch(0x200d) + "b", ch(0xfeff) + "bom",
         "a" + ch(0xa0) + "b",
         // Combining marks and macrons: one letter, several code units.
-        "e" + ch(0x301),
-        "Z" + ch(0x36b) + ch(0x33e) + ch(0x35b),
-        "Ngāti",
-        "Ōtorohanga",
-        "Tāwhiti",
-        "ĀĒĪŌŪ",
-        "株式会社",
-        // Surrogate pairs, and lone surrogates: QString keeps them; the stored form is
-        // what QString::toUtf8 makes of them.
-        "😀",
-        "🏳️‍🌈 farm",
-        ch(0xd800),
-        "a" + ch(0xdc00) + "b",
-        // Blanks, and the empty box (its column holds NULL).
-        " leading",
-        "trailing ",
-        "   ",
-        "",
+        "e" + ch(0x301), "Z" + ch(0x36b) + ch(0x33e) + ch(0x35b), "Ngāti", "Ōtorohanga",
+        "Tāwhiti", "ĀĒĪŌŪ", "株式会社",
+        // Surrogate pairs, and lone surrogates: QString keeps them; the stored form
+        // expected is what QString::toUtf8 makes of them ("?" for each).
+        "😀", "🏳️‍🌈 farm", ch(0xd800), "a" + ch(0xdc00) + "b",
+        // Blanks, and the empty box (a box's column then holds NULL, the notes "").
+        " leading", "trailing ", "   ", "",
         // Amounts and dates, plain and padded: the pay fields take these.
-        "25.50",
-        " $1,250.00 ",
-        "(12.00)",
-        "1e308",
-        "29/02/2024",
-        " 1/04/2010 ",
-        "31/02/2020",
+        "25.50", " $1,250.00 ", "(12.00)", "1e308", "29/02/2024", " 1/04/2010 ", "31/02/2020",
         // Lengths: at and past a 255 column, 10 KB plain, of quotes, and of macrons.
-        QString(255, u'x'),
-        QString(256, u'x'),
-        QString(10240, u'x'),
-        QString(10240, u'\''),
+        QString(255, u'x'), QString(256, u'x'), QString(10240, u'x'), QString(10240, u'\''),
         QString(5120, u'ā'),
     };
+    // clang-format on
     return strings;
 }
 
