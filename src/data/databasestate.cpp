@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QSqlRecord>
 #include <sqlite3.h>
+#include <vector>
 
 void DatabaseState::requireOpen(const char *source) const
 {
@@ -27,12 +28,68 @@ void DatabaseState::prepare(QSqlQuery &q, const QString &sql, const char *source
         fail(q.lastError(), source);
 }
 
+namespace {
+
+// Text that the driver's UTF-16 binding would not store as it is: SQLite takes a leading
+// U+FEFF for a byte-order mark and drops it, and a lone surrogate has no UTF-16 form.
+bool needsUtf8(const QVariant &value)
+{
+    if (value.metaType().id() != QMetaType::QString)
+        return false;
+    const QString text = value.toString();
+    if (text.startsWith(QChar(0xfeff)))
+        return true;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate())
+            ++i;
+        else if (text[i].isSurrogate())
+            return true;
+    }
+    return false;
+}
+
+// The statement with the markers of such values cast from their UTF-8 bytes: the column
+// then holds exactly what QString::toUtf8 makes of the text.
+QString castMarkers(const QString &sql, const std::vector<bool> &cast)
+{
+    QString out;
+    out.reserve(sql.size() + 32);
+    std::size_t marker = 0;
+    QChar quote;
+    for (const QChar c : sql) {
+        if (!quote.isNull()) {
+            if (c == quote)
+                quote = QChar();
+        } else if (c == u'\'' || c == u'"') {
+            quote = c;
+        } else if (c == u'[') {
+            quote = u']';
+        } else if (c == u'?') {
+            const bool asText = marker < cast.size() && cast[marker];
+            ++marker;
+            if (asText) {
+                out += QStringLiteral("CAST(? AS TEXT)");
+                continue;
+            }
+        }
+        out += c;
+    }
+    return out;
+}
+
+} // namespace
+
 void DatabaseState::run(QSqlQuery &q, const QString &sql, const QVariantList &values,
                         const char *source)
 {
-    prepare(q, sql, source);
+    std::vector<bool> cast(std::size_t(values.size()), false);
+    bool anyCast = false;
     for (qsizetype i = 0; i < values.size(); ++i)
-        q.bindValue(int(i), values.at(i));
+        anyCast |= cast[std::size_t(i)] = needsUtf8(values.at(i));
+    prepare(q, anyCast ? castMarkers(sql, cast) : sql, source);
+    for (qsizetype i = 0; i < values.size(); ++i)
+        q.bindValue(int(i), cast[std::size_t(i)] ? QVariant(values.at(i).toString().toUtf8())
+                                                 : values.at(i));
     if (!q.exec())
         fail(q.lastError(), source);
 }

@@ -670,9 +670,10 @@ QString PayDetailsEditor::gridCellProblem(int column, const QVariant &value) con
     const QString typed = value.toString();
     if (column == DeductionGrid::FixedAmountColumn && !Money::parse(typed.trimmed()))
         return notMoney(typed, QStringLiteral("Fixed Amount"));
-    if (column == DeductionGrid::SpecialRateColumn && !DeductionGrid::number(value))
-        return QStringLiteral("\"%1\" is not a percentage.\n\nPercent takes a number such as 3 "
-                              "or 12.5, without the % sign.")
+    const std::optional<double> percent = DeductionGrid::number(value);
+    if (column == DeductionGrid::SpecialRateColumn && (!percent || *percent < 0 || *percent > 100))
+        return QStringLiteral("\"%1\" is not a percentage.\n\nPercent takes a number from 0 to "
+                              "100, such as 3 or 12.5, without the % sign.")
             .arg(typed);
     return QString();
 }
