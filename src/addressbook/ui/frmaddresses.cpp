@@ -156,6 +156,12 @@ QWidget *frmAddresses::buildTopArea()
     // Both of the strip's gestures end in the same filter change.
     const auto filterByLetter = [this] {
         m_logic.changeLetterFilter(m_letterStrip->selectedLetter());
+        // A filter the logic did not take (the entry on screen could not be saved, and
+        // the user went back to it) leaves the strip on the letter of the list shown.
+        const QString filter = m_logic.filter();
+        const QString shown = filter == u"*" ? filter : filter.chopped(1);
+        if (m_letterStrip->selectedLetter() != shown)
+            m_letterStrip->setSelectedLetter(shown);
     };
     connect(m_letterStrip, &AlphaList::MouseUp, this, filterByLetter);
     connect(m_letterStrip, &AlphaList::KeyUp, this, filterByLetter);
