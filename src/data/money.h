@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <optional>
 #include <QLocale>
 #include <QMetaType>
@@ -16,6 +17,13 @@ public:
     constexpr Money() = default;
     static constexpr Money fromScaled(qint64 tenThousandths) { return Money(tenThousandths); }
     static constexpr Money fromUnits(qint64 units) { return Money(units * Scale); }
+    // The same for a whole number that may be out of range (nullopt then).
+    static constexpr std::optional<Money> fromWholeUnits(qint64 units)
+    {
+        constexpr qint64 limit = std::numeric_limits<qint64>::max() / Scale;
+        return units > limit || units < -limit ? std::nullopt
+                                               : std::optional<Money>(Money(units * Scale));
+    }
     // Rounds half away from zero at the fourth decimal; nullopt when out of range.
     static std::optional<Money> fromDouble(double value);
 

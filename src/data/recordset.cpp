@@ -859,10 +859,10 @@ bool compareCell(const QVariant &cell, const QVariant &literal, const FieldInfo 
         const auto amount = literalText ? Money::parse(literal.toString())
                             : literal.metaType().id() == QMetaType::Double
                                 ? Money::fromDouble(literal.toDouble())
-                                : std::optional<Money>(Money::fromUnits(
+                                : Money::fromWholeUnits(
                                       literal.toBool() && literal.metaType().id() == QMetaType::Bool
                                           ? -1
-                                          : literal.toLongLong()));
+                                          : literal.toLongLong());
         if (!amount)
             return false;
         *result = sign(cell.toLongLong(), amount->scaled());
