@@ -6,6 +6,7 @@
 #include <QFocusEvent>
 #include <QObject>
 #include <QStringList>
+#include <QWidget>
 
 namespace {
 
@@ -29,8 +30,9 @@ protected:
                      },
                      [this](QObject *f) {
                          calls << (f == &a ? "leave a" : "leave b");
-                         return true;
+                         return !(refuse && f == &a);
                      }};
+    bool refuse = false; // the logic cannot take what a holds
 };
 
 TEST_F(FieldEntryTest, AnotherWindowOrAPopUpIsNotLeavingTheField)
@@ -61,6 +63,23 @@ TEST_F(FieldEntryTest, AnEditBeforeTheFocusEventEntersOnce)
     in(b, Qt::ActiveWindowFocusReason); // late
     out(b);
     EXPECT_EQ(calls, QStringList({"enter a", "leave a", "enter b by edit", "leave b"}));
+}
+
+// A field whose text the logic refuses keeps the user, and a commit before a save or
+// close says no until the logic takes it.
+TEST_F(FieldEntryTest, ARefusedFieldKeepsTheUserAndStopsTheCommit)
+{
+    QWidget window;
+    refuse = true;
+    in(a);
+    EXPECT_FALSE(entry.commitPending(&window));
+    EXPECT_EQ(entry.entered(), &a);
+    out(a);
+    EXPECT_EQ(entry.entered(), &a);
+    refuse = false;
+    EXPECT_TRUE(entry.commitPending(&window));
+    EXPECT_EQ(entry.entered(), &a) << "still in the field after a commit";
+    EXPECT_EQ(calls, QStringList({"enter a", "leave a", "leave a", "leave a", "enter a by edit"}));
 }
 
 } // namespace
