@@ -17,6 +17,7 @@ public:
         TypeMismatch = 13,
         FileNotFound = 53,
         PermissionDenied = 70,
+        ObjectVariableNotSet = 91,
         ObjectRequired = 424,
         UpdateWithoutEdit = 3020,
         NoCurrentRecord = 3021,

@@ -297,3 +297,11 @@ QSqlDatabase Database::connection() const
 {
     return m_state->db;
 }
+
+Database &requireDatabase(Database *db, const QString &source)
+{
+    if (!db)
+        throw CvError(CvError::ObjectVariableNotSet, source,
+                      QStringLiteral("Object variable or With block variable not set"));
+    return *db;
+}

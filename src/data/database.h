@@ -69,3 +69,9 @@ private:
     friend class Recordset;
     std::shared_ptr<DatabaseState> m_state;
 };
+
+// The database a window's logic works on. A window whose data file could not be opened
+// has none; every procedure that reaches for it then fails with the same error, whichever
+// window it is (error 91, source names the window).
+Database &requireDatabase(Database *db, const QString &source);
+

@@ -4,6 +4,11 @@
 #include "startup/messageservice.h"
 #include "startup/settings.h"
 
+QString errorOrigin(QLatin1String module, QLatin1String procedure)
+{
+    return QStringLiteral(") was generated in ") + module + u'.' + procedure;
+}
+
 void showErrorReport(const CvError &error, const QString &origin, const QString &heading)
 {
     showErrorReport(error.number(), error.description(), origin, heading);

@@ -5,7 +5,11 @@
 
 class CvError;
 
-// Where a reported error was caught: the text that closes the report's prompt.
+// Where a reported error was caught, the text that closes the report's prompt:
+// ") was generated in " + module + "." + procedure. Every report names its origin this way.
+QString errorOrigin(QLatin1String module, QLatin1String procedure);
+
+// Origins shared by more than one procedure.
 namespace ErrorOrigin {
 inline constexpr QLatin1String FormLoad(") was generated in frmAddresses.Form_Load");
 inline constexpr QLatin1String FillNameList(") was generated in frmAddresses.FillNameList");
