@@ -1,7 +1,7 @@
 #pragma once
 
 #include "controls/combolist.h"
-#include "startup/suitecolour.h"
+#include "config/suitecolour.h"
 
 #include <array>
 #include <memory>

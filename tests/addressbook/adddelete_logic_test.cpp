@@ -3,7 +3,7 @@
 
 #include "data/database.h"
 #include "paydetails/employeedefaults.h"
-#include "startup/addressglobals.h"
+#include "launch/addressglobals.h"
 
 class AddDeleteLogic : public BookLogicTest
 {

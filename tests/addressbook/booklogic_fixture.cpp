@@ -2,7 +2,7 @@
 
 #include "data/database.h"
 #include "data/recordset.h"
-#include "startup/addressglobals.h"
+#include "launch/addressglobals.h"
 
 #include <QSqlQuery>
 

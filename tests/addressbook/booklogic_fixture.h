@@ -4,7 +4,7 @@
 #include "addressbook/helpopener.h"
 #include "addressbook/paydetailsopener.h"
 #include "controls/inputboxservice.h"
-#include "startup/messageservice.h"
+#include "messages/messageservice.h"
 #include "support/messagerecorder.h"
 #include "support/tempsuite.h"
 

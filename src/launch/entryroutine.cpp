@@ -1,13 +1,13 @@
-#include "startup/entryroutine.h"
+#include "launch/entryroutine.h"
 
-#include "data/cverror.h"
-#include "startup/addressglobals.h"
-#include "startup/conversions.h"
-#include "startup/extractfield.h"
-#include "startup/launchcontext.h"
-#include "startup/messageservice.h"
-#include "startup/settings.h"
-#include "startup/wagebook.h"
+#include "core/cverror.h"
+#include "launch/addressglobals.h"
+#include "core/conversions.h"
+#include "core/extractfield.h"
+#include "launch/launchcontext.h"
+#include "messages/messageservice.h"
+#include "config/settings.h"
+#include "launch/wagebook.h"
 
 #include <cstdio>
 #include <QCoreApplication>

@@ -1,8 +1,8 @@
-#include "startup/errorreport.h"
+#include "messages/errorreport.h"
 
-#include "data/cverror.h"
-#include "startup/messageservice.h"
-#include "startup/settings.h"
+#include "core/cverror.h"
+#include "messages/messageservice.h"
+#include "config/settings.h"
 
 QString errorOrigin(QLatin1String module, QLatin1String procedure)
 {

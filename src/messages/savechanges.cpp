@@ -1,9 +1,9 @@
-#include "startup/savechanges.h"
+#include "messages/savechanges.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/database.h"
-#include "startup/messageservice.h"
-#include "startup/settings.h"
+#include "messages/messageservice.h"
+#include "config/settings.h"
 
 namespace {
 

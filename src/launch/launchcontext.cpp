@@ -1,7 +1,7 @@
-#include "startup/launchcontext.h"
+#include "launch/launchcontext.h"
 
-#include "startup/messageservice.h"
-#include "startup/settings.h"
+#include "messages/messageservice.h"
+#include "config/settings.h"
 
 void ReportLaunchContext(const QString &applicationName)
 {
