@@ -2,7 +2,9 @@
 
 #include "core/cverror.h"
 #include "data/databasestate.h"
+#include "data/jetlike.h"
 #include "data/jetsql.h"
+#include "data/jetvalue.h"
 
 #include <QAtomicInteger>
 #include <QFile>
@@ -121,6 +123,7 @@ Database::Database(const QString &path, int busyTimeoutMs)
         throw CvError(CvError::CannotOpenDatabase, Source,
                       QStringLiteral("Could not open '%1'.").arg(fi.absoluteFilePath()));
     }
+    JetLike::registerMatch(s.handle);
     // A damaged file passes the header test; reading the schema finds it out.
     try {
         QSqlQuery q = s.query();
@@ -208,8 +211,13 @@ int Database::execute(const QString &jetSql)
 int Database::execute(const QString &jetSql, const QVariantList &values)
 {
     m_state->requireOpen(Source);
+    QVariantList bound;
+    bound.reserve(values.size());
+    for (const QVariant &v : values)
+        bound << JetValue::toParameter(v);
+    const QString sql = JetSql::bind(*JetSql::translation(jetSql), bound);
     QSqlQuery q = m_state->query();
-    m_state->run(q, JetSql::translate(jetSql), values, Source);
+    m_state->run(q, sql, bound, Source);
     return q.numRowsAffected();
 }
 

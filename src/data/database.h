@@ -74,4 +74,3 @@ private:
 // has none; every procedure that reaches for it then fails with the same error, whichever
 // window it is (error 91, source names the window).
 Database &requireDatabase(Database *db, const QString &source);
-

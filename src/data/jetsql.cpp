@@ -1,7 +1,8 @@
 #include "data/jetsql.h"
 
 #include "core/cverror.h"
-#include "data/serialdate.h"
+#include "data/jetlike.h"
+#include "data/jetliteral.h"
 
 #include <QHash>
 #include <QMutex>
@@ -20,6 +21,7 @@ struct Token
     QString text; // as written; for strings and brackets the content, unescaped
     QString out;  // what goes into the SQLite text
     bool removed = false;
+    int likeMarker = -1; // LIKE ?: the token of its marker
 };
 
 [[noreturn]] void syntaxError(const QString &what, const QString &jet)
@@ -43,17 +45,6 @@ bool isWordChar(QChar c)
     return c.isLetterOrNumber() || c == u'_';
 }
 
-// #4/1/2010# (month first, as Jet SQL writes dates) or #2010-04-01#, with an
-// optional time, as the serial number.
-QString dateLiteral(const QString &content, const QString &jet)
-{
-    static const QLocale us(QLocale::English, QLocale::UnitedStates);
-    const auto dt = SerialDate::parse(content, us);
-    if (!dt)
-        syntaxError(QStringLiteral("Invalid date #%1#").arg(content), jet);
-    return QString::number(SerialDate::fromDateTime(*dt), 'g', 17);
-}
-
 std::vector<Token> tokenize(const QString &jet)
 {
     std::vector<Token> tokens;
@@ -71,24 +62,10 @@ std::vector<Token> tokenize(const QString &jet)
             const QString s = jet.mid(start, i - start);
             push(Kind::Space, s, s);
         } else if (c == u'"' || c == u'\'') {
-            // Jet's strings take either quote; a doubled quote stands for one.
-            QString value;
-            ++i;
-            for (;;) {
-                if (i >= n)
-                    syntaxError(QStringLiteral("Unterminated string"), jet);
-                if (jet.at(i) == c) {
-                    if (i + 1 < n && jet.at(i + 1) == c) {
-                        value += c;
-                        i += 2;
-                        continue;
-                    }
-                    ++i;
-                    break;
-                }
-                value += jet.at(i++);
-            }
-            push(Kind::String, value, sqlString(value));
+            const auto value = JetLiteral::readString(jet, &i);
+            if (!value)
+                syntaxError(QStringLiteral("Unterminated string"), jet);
+            push(Kind::String, *value, sqlString(*value));
         } else if (c == u'[') {
             const qsizetype close = jet.indexOf(u']', i + 1);
             if (close < 0)
@@ -97,27 +74,17 @@ std::vector<Token> tokenize(const QString &jet)
             i = close + 1;
             push(Kind::Bracket, name, JetSql::quoteIdentifier(name));
         } else if (c == u'#') {
-            const qsizetype close = jet.indexOf(u'#', i + 1);
-            if (close < 0)
+            const auto serial = JetLiteral::readDate(jet, &i);
+            if (i == start)
                 syntaxError(QStringLiteral("Unterminated date"), jet);
-            const QString content = jet.mid(i + 1, close - i - 1);
-            i = close + 1;
-            push(Kind::Date, content, dateLiteral(content, jet));
+            const QString content = jet.mid(start + 1, i - start - 2);
+            if (!serial)
+                syntaxError(QStringLiteral("Invalid date #%1#").arg(content), jet);
+            push(Kind::Date, content, QString::number(*serial, 'g', 17));
         } else if (c.isDigit() || (c == u'.' && i + 1 < n && jet.at(i + 1).isDigit() &&
                                    (tokens.empty() || (tokens.back().kind != Kind::Word &&
                                                        tokens.back().kind != Kind::Bracket)))) {
-            while (i < n && (jet.at(i).isDigit() || jet.at(i) == u'.'))
-                ++i;
-            if (i < n && (jet.at(i) == u'e' || jet.at(i) == u'E')) {
-                qsizetype j = i + 1;
-                if (j < n && (jet.at(j) == u'+' || jet.at(j) == u'-'))
-                    ++j;
-                if (j < n && jet.at(j).isDigit()) {
-                    i = j;
-                    while (i < n && jet.at(i).isDigit())
-                        ++i;
-                }
-            }
+            i = JetLiteral::numberEnd(jet, i);
             const QString s = jet.mid(start, i - start);
             push(Kind::Number, s, s);
         } else if (isWordStart(c)) {
@@ -139,41 +106,6 @@ std::vector<Token> tokenize(const QString &jet)
         }
     }
     return tokens;
-}
-
-// Jet's LIKE wildcards in SQLite's terms. A literal % or _ (which SQLite would read
-// as wildcards) is escaped with a backslash.
-QString likePattern(const QString &jetPattern, bool *escaped, const QString &jet)
-{
-    QString out;
-    auto literal = [&](QChar c) {
-        if (c == u'%' || c == u'_' || c == u'\\') {
-            out += u'\\';
-            *escaped = true;
-        }
-        out += c;
-    };
-    for (qsizetype i = 0; i < jetPattern.size(); ++i) {
-        const QChar c = jetPattern.at(i);
-        if (c == u'*') {
-            out += u'%';
-        } else if (c == u'?') {
-            out += u'_';
-        } else if (c == u'#') {
-            syntaxError(QStringLiteral("The digit wildcard # of a LIKE pattern is not supported"),
-                        jet);
-        } else if (c == u'[') {
-            const qsizetype close = jetPattern.indexOf(u']', i + 1);
-            if (close != i + 2)
-                syntaxError(QStringLiteral("Character lists in a LIKE pattern are not supported"),
-                            jet);
-            literal(jetPattern.at(i + 1)); // [*] [?] [#] [[] stand for the character itself
-            i = close;
-        } else {
-            literal(c);
-        }
-    }
-    return out;
 }
 
 bool is(const Token &t, const char16_t *word)
@@ -280,6 +212,8 @@ public:
         QString sql;
         sql.reserve(m_jet.size() + 16);
         depth = 0;
+        int parameters = 0;
+        int likeMarker = -1;
         for (int i = 0; i <= last; ++i) {
             const Token &t = m_t[i];
             if (isPunct(t, u"("))
@@ -290,6 +224,17 @@ public:
                 continue;
             if (result.isSelect && result.fromPos < 0 && depth == 0 && isKeyword(t, u"FROM"))
                 result.fromPos = sql.size();
+            if (t.likeMarker >= 0) {
+                result.likeParameters.push_back({sql.size(), -1, -1});
+                likeMarker = t.likeMarker;
+            }
+            if (isPunct(t, u"?")) {
+                if (i == likeMarker) {
+                    result.likeParameters.back().markerAt = sql.size();
+                    result.likeParameters.back().parameter = parameters;
+                }
+                ++parameters;
+            }
             sql += t.out;
         }
         if (!m_limit.isEmpty())
@@ -360,14 +305,27 @@ private:
         }
     }
 
+    // A pattern written in the statement is put into SQLite's terms now, or matched
+    // by MATCH when SQLite's LIKE would answer differently; a bound one when its value
+    // is known (JetSql::bind).
     void like(int i)
     {
         const int j = next(i);
+        if (j >= 0 && isPunct(m_t[j], u"?")) {
+            m_t[i].likeMarker = j;
+            return;
+        }
         if (j < 0 || m_t[j].kind != Kind::String)
             return;
+        if (!JetLike::isValid(m_t[j].text))
+            syntaxError(QStringLiteral("A [ without its ] in a LIKE pattern"), m_jet);
         bool escaped = false;
-        const QString pattern = likePattern(m_t[j].text, &escaped, m_jet);
-        m_t[j].out = sqlString(pattern);
+        const auto pattern = JetLike::toSqlite(m_t[j].text, &escaped);
+        if (!pattern) {
+            m_t[i].out = QStringLiteral("MATCH");
+            return;
+        }
+        m_t[j].out = sqlString(*pattern);
         if (escaped)
             m_t[j].out += QStringLiteral(" ESCAPE '\\'");
     }
@@ -465,6 +423,36 @@ std::shared_ptr<const JetSql::Translation> JetSql::translation(const QString &je
         cache.clear();
     cache.insert(jetSql, result);
     return result;
+}
+
+QString JetSql::bind(const Translation &t, QVariantList &values, qsizetype *fromPos)
+{
+    QString sql = t.sql;
+    for (auto it = t.likeParameters.rbegin(); it != t.likeParameters.rend(); ++it) {
+        if (it->parameter >= values.size() || values.at(it->parameter).isNull())
+            continue;
+        const QString pattern = values.at(it->parameter).toString();
+        if (!JetLike::isValid(pattern))
+            syntaxError(QStringLiteral("A [ without its ] in the LIKE pattern ") + pattern, t.sql);
+        bool escaped = false;
+        const auto sqlite = JetLike::toSqlite(pattern, &escaped);
+        qsizetype at = it->markerAt + 1;
+        QString edit = QStringLiteral(" ESCAPE '\\'");
+        if (sqlite) {
+            values[it->parameter] = *sqlite;
+            if (!escaped)
+                continue;
+            sql.insert(at, edit);
+        } else {
+            at = it->operatorAt;
+            edit = QStringLiteral("MATCH");
+            sql.replace(at, 4, edit); // LIKE
+            edit.chop(4);
+        }
+        if (fromPos && *fromPos > at)
+            *fromPos += edit.size();
+    }
+    return sql;
 }
 
 QString JetSql::quote(const QString &value)

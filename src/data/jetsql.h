@@ -2,13 +2,15 @@
 
 #include <memory>
 #include <QString>
+#include <QVariantList>
+#include <vector>
 
 // Turns statements in the Jet dialect into SQLite's, token by token:
 // DISTINCTROW and the star of DELETE * FROM are dropped, SELECT TOP n becomes
 // LIMIT n, [bracketed] and reserved names become quoted identifiers, "text"
-// becomes 'text', True/False become -1/0, & becomes ||, LIKE patterns take % and
-// _ for * and ?, and a #m/d/yyyy# date becomes its serial number. Text inside
-// string literals is never changed. Translations are cached.
+// becomes 'text', True/False become -1/0, & becomes ||, LIKE patterns become
+// SQLite's or a MATCH (JetLike), and a #m/d/yyyy# date becomes its serial number.
+// Text inside string literals is never changed. Translations are cached.
 class JetSql
 {
 public:
@@ -20,12 +22,26 @@ public:
         QString fromTable;      // the first table after the top-level FROM
         QString fromAlias;      // its alias, empty when it has none
         qsizetype fromPos = -1; // offset of that FROM keyword in sql
+        // Each LIKE whose pattern is bound to a ? marker: offsets in sql of the LIKE
+        // and of its marker, and the marker's number (from 0).
+        struct LikeParameter
+        {
+            qsizetype operatorAt;
+            qsizetype markerAt;
+            int parameter;
+        };
+        std::vector<LikeParameter> likeParameters;
     };
 
     // Throws CvError 3075 when the text cannot be read (an open quote or bracket,
-    // a LIKE pattern that has no SQLite equivalent).
+    // a LIKE pattern with a [ and no ]).
     static QString translate(const QString &jetSql);
     static std::shared_ptr<const Translation> translation(const QString &jetSql);
+
+    // The statement to prepare with values bound to its ? markers in order. A value
+    // bound to a LIKE is a Jet pattern: it is put into SQLite's terms here (values
+    // changes), or the LIKE becomes a MATCH. *fromPos, when given, follows the text.
+    static QString bind(const Translation &t, QVariantList &values, qsizetype *fromPos = nullptr);
 
     // The value as a Jet string literal: in double quotes, embedded double quotes
     // doubled. Every value concatenated into a statement goes through this.

@@ -302,3 +302,19 @@ bool JetValue::isTrue(const QVariant &stored)
     }
     return stored.toDouble() != 0;
 }
+
+QVariant JetValue::toParameter(const QVariant &value)
+{
+    switch (value.metaType().id()) {
+    case QMetaType::Bool:
+        return qint64(yesNo(value.toBool()));
+    case QMetaType::QDate:
+        return SerialDate::fromDate(value.toDate());
+    case QMetaType::QDateTime:
+        return SerialDate::fromDateTime(value.toDateTime());
+    default:
+        if (value.metaType() == QMetaType::fromType<Money>())
+            return value.value<Money>().scaled();
+        return value;
+    }
+}

@@ -22,6 +22,10 @@ public:
     static QVariant toStorage(const QVariant &value, const FieldInfo &field,
                               const QLocale &locale = QLocale());
 
+    // A value bound to a statement's ? marker as the columns store it: True -1,
+    // Money its scaled integer, a date its serial number; others unchanged.
+    static QVariant toParameter(const QVariant &value);
+
     static int yesNo(bool value) { return value ? -1 : 0; }
     static bool isTrue(const QVariant &stored);
 };

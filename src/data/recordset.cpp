@@ -3,6 +3,7 @@
 #include "core/cverror.h"
 #include "data/database.h"
 #include "data/databasestate.h"
+#include "data/findcriterion.h"
 #include "data/jetsql.h"
 #include "data/jetvalue.h"
 #include "data/money.h"
@@ -31,86 +32,22 @@ bool isIntegral(JetType t)
     throw CvError(CvError::NoCurrentRecord, Source, QStringLiteral("No current record."));
 }
 
-// One comparison of a find criterion.
-struct Term
-{
-    int field = -1;
-    QString op; // = <> < <= > >= LIKE NOTLIKE ISNULL NOTNULL
-    QVariant literal;
-};
-
-// Jet's LIKE: * ? # [list] [!list], ignoring case.
-bool jetLike(QStringView text, QStringView pattern)
-{
-    qsizetype t = 0, p = 0, starP = -1, starT = 0;
-    auto matchOne = [&](qsizetype &pp, QChar c) {
-        const QChar pc = pattern.at(pp);
-        if (pc == u'?') {
-            ++pp;
-            return true;
-        }
-        if (pc == u'#') {
-            ++pp;
-            return c.isDigit();
-        }
-        if (pc == u'[') {
-            const qsizetype close = pattern.indexOf(u']', pp + 1);
-            if (close < 0)
-                return false;
-            QStringView set = pattern.mid(pp + 1, close - pp - 1);
-            pp = close + 1;
-            const bool negate = set.startsWith(u'!') && set.size() > 1;
-            if (negate)
-                set = set.mid(1);
-            bool found = false;
-            const QChar lc = c.toCaseFolded();
-            for (qsizetype i = 0; i < set.size(); ++i) {
-                if (i + 2 < set.size() && set.at(i + 1) == u'-') {
-                    found = found ||
-                            (lc >= set.at(i).toCaseFolded() && lc <= set.at(i + 2).toCaseFolded());
-                    i += 2;
-                } else {
-                    found = found || lc == set.at(i).toCaseFolded();
-                }
-            }
-            return found != negate;
-        }
-        ++pp;
-        return pc.toCaseFolded() == c.toCaseFolded();
-    };
-    while (t < text.size()) {
-        if (p < pattern.size() && pattern.at(p) == u'*') {
-            starP = ++p;
-            starT = t;
-            continue;
-        }
-        qsizetype pp = p;
-        if (p < pattern.size() && matchOne(pp, text.at(t))) {
-            p = pp;
-            ++t;
-            continue;
-        }
-        if (starP < 0)
-            return false;
-        p = starP;
-        t = ++starT;
-    }
-    while (p < pattern.size() && pattern.at(p) == u'*')
-        ++p;
-    return p == pattern.size();
-}
-
-// A prepared statement on the connection, finalized when it goes.
+// A prepared statement on the connection with its values bound, finalized when it
+// goes. Values bind as Qt's driver binds them for Database::execute, text as UTF-8
+// (which stores exactly what QString::toUtf8 makes of it).
 struct Statement
 {
     sqlite3_stmt *stmt = nullptr;
 
-    Statement(DatabaseState &s, const QString &sql) { prepare(s, sql); }
+    Statement(DatabaseState &s, const QString &sql, const QVariantList &values)
+    {
+        prepare(s, sql, values);
+    }
     ~Statement() { sqlite3_finalize(stmt); }
     Statement(const Statement &) = delete;
     Statement &operator=(const Statement &) = delete;
 
-    void prepare(DatabaseState &s, const QString &sql)
+    void prepare(DatabaseState &s, const QString &sql, const QVariantList &values)
     {
         sqlite3_finalize(stmt);
         stmt = nullptr;
@@ -118,6 +55,55 @@ struct Statement
             sqlite3_prepare16_v2(s.handle, sql.utf16(), int(sql.size() * 2), &stmt, nullptr);
         if (rc != SQLITE_OK)
             fail(s, rc);
+        if (const int markers = sqlite3_bind_parameter_count(stmt); markers != values.size()) {
+            sqlite3_finalize(stmt);
+            stmt = nullptr;
+            throw CvError(
+                CvError::SqlError, Source,
+                QStringLiteral("Parameter count mismatch: %1 values for %2 markers in: %3")
+                    .arg(values.size())
+                    .arg(markers)
+                    .arg(sql));
+        }
+        for (int i = 0; i < int(values.size()); ++i) {
+            if (const int bound = bind(i + 1, values.at(i)); bound != SQLITE_OK)
+                fail(s, bound);
+        }
+    }
+
+    int bind(int index, const QVariant &v)
+    {
+        if (v.isNull())
+            return sqlite3_bind_null(stmt, index);
+        switch (v.metaType().id()) {
+        case QMetaType::Int:
+        case QMetaType::UInt:
+        case QMetaType::LongLong:
+        case QMetaType::ULongLong:
+        case QMetaType::Short:
+        case QMetaType::UShort:
+        case QMetaType::Long:
+        case QMetaType::ULong:
+            return sqlite3_bind_int64(stmt, index, v.toLongLong());
+        case QMetaType::Double:
+        case QMetaType::Float:
+            return sqlite3_bind_double(stmt, index, v.toDouble());
+        case QMetaType::QByteArray: {
+            const QByteArray bytes = v.toByteArray();
+            return bytes.isNull()
+                       ? sqlite3_bind_null(stmt, index)
+                       : sqlite3_bind_blob64(stmt, index, bytes.constData(),
+                                             sqlite3_uint64(bytes.size()), SQLITE_TRANSIENT);
+        }
+        default: {
+            const QString text = v.toString();
+            if (text.isNull())
+                return sqlite3_bind_null(stmt, index);
+            const QByteArray utf8 = text.toUtf8();
+            return sqlite3_bind_text64(stmt, index, utf8.constData(), sqlite3_uint64(utf8.size()),
+                                       SQLITE_TRANSIENT, SQLITE_UTF8);
+        }
+        }
     }
 
     [[noreturn]] void fail(DatabaseState &s, int rc)
@@ -147,17 +133,22 @@ struct Recordset::Private
 };
 
 Recordset::Recordset(Database &db, const QString &source, Kind kind)
+    : Recordset(db, source, QVariantList(), kind)
+{
+}
+
+Recordset::Recordset(Database &db, const QString &source, const QVariantList &values, Kind kind)
     : m_db(db.m_state), m_d(std::make_unique<Private>()), m_kind(kind)
 {
     m_db->requireOpen(Source);
-    load(source);
+    load(source, values);
 }
 
 Recordset::~Recordset() = default;
 Recordset::Recordset(Recordset &&) noexcept = default;
 Recordset &Recordset::operator=(Recordset &&) noexcept = default;
 
-void Recordset::load(const QString &source)
+void Recordset::load(const QString &source, QVariantList values)
 {
     DatabaseState &s = *m_db;
     const QString trimmed = source.trimmed();
@@ -184,10 +175,13 @@ void Recordset::load(const QString &source)
         if (!tr->isSelect)
             throw CvError(CvError::SqlError, Source,
                           QStringLiteral("A recordset needs a SELECT statement: ") + trimmed);
-        sql = tr->sql;
-        if (tr->isSimple && tr->fromPos >= 0) {
+        qsizetype from = tr->fromPos;
+        for (QVariant &v : values)
+            v = JetValue::toParameter(v);
+        sql = JetSql::bind(*tr, values, &from);
+        if (tr->isSimple && from >= 0) {
             updateTable = tr->fromTable;
-            fromPos = tr->fromPos;
+            fromPos = from;
             qualifier =
                 JetSql::quoteIdentifier(tr->fromAlias.isEmpty() ? tr->fromTable : tr->fromAlias);
         }
@@ -197,7 +191,7 @@ void Recordset::load(const QString &source)
 
     // Rows are read straight from SQLite's statement: Qt's result cache would
     // copy every value once more, and name lists run to 100,000 rows.
-    Statement st(s, sql);
+    Statement st(s, sql, values);
     const int columns = sqlite3_column_count(st.stmt);
     m_fields.clear();
     m_fields.reserve(columns);
@@ -224,8 +218,10 @@ void Recordset::load(const QString &source)
             }
         }
         if (m_d->rowidCell < 0) {
-            st.prepare(s, sql.left(fromPos) + QStringLiteral(", %1._rowid_ ").arg(qualifier) +
-                              sql.mid(fromPos));
+            st.prepare(s,
+                       sql.left(fromPos) + QStringLiteral(", %1._rowid_ ").arg(qualifier) +
+                           sql.mid(fromPos),
+                       values);
             m_d->rowidCell = columns;
         }
         for (int i = 0; i < columns; ++i) {
@@ -692,249 +688,15 @@ bool Recordset::findNext(const QString &criterion)
     return find(criterion, qMax(m_pos + 1, 0));
 }
 
-namespace {
-
-class CriterionReader
-{
-public:
-    CriterionReader(const QString &text) : m_s(text) {}
-
-    bool atEnd()
-    {
-        skipBlanks();
-        return m_i >= m_s.size();
-    }
-
-    QString name()
-    {
-        skipBlanks();
-        QString out;
-        for (;;) {
-            if (m_i < m_s.size() && m_s.at(m_i) == u'[') {
-                const qsizetype close = m_s.indexOf(u']', m_i);
-                if (close < 0)
-                    error();
-                out += m_s.mid(m_i + 1, close - m_i - 1);
-                m_i = close + 1;
-            } else {
-                const qsizetype start = m_i;
-                while (m_i < m_s.size() && (m_s.at(m_i).isLetterOrNumber() || m_s.at(m_i) == u'_'))
-                    ++m_i;
-                if (m_i == start)
-                    error();
-                out += m_s.mid(start, m_i - start);
-            }
-            if (m_i < m_s.size() && m_s.at(m_i) == u'.') {
-                out += u'.';
-                ++m_i;
-                continue;
-            }
-            return out;
-        }
-    }
-
-    bool keyword(const char16_t *word)
-    {
-        skipBlanks();
-        const QStringView w(word);
-        if (m_s.mid(m_i, w.size()).compare(w, Qt::CaseInsensitive) != 0)
-            return false;
-        const qsizetype end = m_i + w.size();
-        if (end < m_s.size() && (m_s.at(end).isLetterOrNumber() || m_s.at(end) == u'_'))
-            return false;
-        m_i = end;
-        return true;
-    }
-
-    QString op()
-    {
-        skipBlanks();
-        for (const char16_t *o : {u"<>", u"<=", u">=", u"=", u"<", u">"}) {
-            const QStringView v(o);
-            if (m_s.mid(m_i, v.size()) == v) {
-                m_i += v.size();
-                return v.toString();
-            }
-        }
-        if (keyword(u"LIKE"))
-            return QStringLiteral("LIKE");
-        if (keyword(u"NOT") && keyword(u"LIKE"))
-            return QStringLiteral("NOTLIKE");
-        if (keyword(u"IS")) {
-            const bool negate = keyword(u"NOT");
-            if (!keyword(u"NULL"))
-                error();
-            return negate ? QStringLiteral("NOTNULL") : QStringLiteral("ISNULL");
-        }
-        error();
-    }
-
-    QVariant literal()
-    {
-        skipBlanks();
-        if (m_i >= m_s.size())
-            error();
-        const QChar c = m_s.at(m_i);
-        if (c == u'"' || c == u'\'') {
-            QString value;
-            for (++m_i;; ++m_i) {
-                if (m_i >= m_s.size())
-                    error();
-                if (m_s.at(m_i) == c) {
-                    if (m_i + 1 < m_s.size() && m_s.at(m_i + 1) == c) {
-                        value += c;
-                        ++m_i;
-                        continue;
-                    }
-                    ++m_i;
-                    return value;
-                }
-                value += m_s.at(m_i);
-            }
-        }
-        if (c == u'#') {
-            const qsizetype close = m_s.indexOf(u'#', m_i + 1);
-            if (close < 0)
-                error();
-            static const QLocale us(QLocale::English, QLocale::UnitedStates);
-            const auto dt = SerialDate::parse(m_s.mid(m_i + 1, close - m_i - 1), us);
-            if (!dt)
-                error();
-            m_i = close + 1;
-            return SerialDate::fromDateTime(*dt);
-        }
-        if (keyword(u"TRUE"))
-            return true;
-        if (keyword(u"FALSE"))
-            return false;
-        if (keyword(u"NULL"))
-            return QVariant();
-        const qsizetype start = m_i;
-        if (c == u'-' || c == u'+')
-            ++m_i;
-        while (m_i < m_s.size() && (m_s.at(m_i).isDigit() || m_s.at(m_i) == u'.'))
-            ++m_i;
-        bool ok = false;
-        const QString number = m_s.mid(start, m_i - start);
-        const qint64 whole = number.toLongLong(&ok);
-        if (ok)
-            return whole;
-        const double real = number.toDouble(&ok);
-        if (!ok)
-            error();
-        return real;
-    }
-
-    [[noreturn]] void error() const
-    {
-        throw CvError(CvError::ExpressionError, Source,
-                      QStringLiteral("Syntax error in the criterion: %1").arg(m_s));
-    }
-
-private:
-    void skipBlanks()
-    {
-        while (m_i < m_s.size() && m_s.at(m_i).isSpace())
-            ++m_i;
-    }
-
-    QString m_s;
-    qsizetype m_i = 0;
-};
-
-// Compares a stored value with a criterion's literal by the field's type; false
-// when they cannot be compared (a Null, or text against a number).
-bool compareCell(const QVariant &cell, const QVariant &literal, const FieldInfo &f, int *result)
-{
-    if (cell.isNull() || !literal.isValid())
-        return false;
-    auto sign = [](auto a, auto b) { return a < b ? -1 : (b < a ? 1 : 0); };
-    const bool literalText = literal.metaType().id() == QMetaType::QString;
-    if (f.type == JetType::Text || f.type == JetType::Memo ||
-        (cell.metaType().id() == QMetaType::QString)) {
-        *result = cell.toString().compare(literal.toString(), Qt::CaseInsensitive);
-        return true;
-    }
-    if (f.type == JetType::Currency) {
-        const auto amount = literalText ? Money::parse(literal.toString())
-                            : literal.metaType().id() == QMetaType::Double
-                                ? Money::fromDouble(literal.toDouble())
-                                : Money::fromWholeUnits(
-                                      literal.toBool() && literal.metaType().id() == QMetaType::Bool
-                                          ? -1
-                                          : literal.toLongLong());
-        if (!amount)
-            return false;
-        *result = sign(cell.toLongLong(), amount->scaled());
-        return true;
-    }
-    double value = 0;
-    if (literal.metaType().id() == QMetaType::Bool) {
-        value = literal.toBool() ? -1 : 0;
-    } else if (literalText) {
-        bool ok = false;
-        value = literal.toString().toDouble(&ok);
-        if (!ok)
-            return false;
-    } else {
-        value = literal.toDouble();
-    }
-    const double stored =
-        f.type == JetType::YesNo ? (JetValue::isTrue(cell) ? -1 : 0) : cell.toDouble();
-    if (cell.metaType().id() == QMetaType::LongLong &&
-        literal.metaType().id() == QMetaType::LongLong)
-        *result = sign(cell.toLongLong(), literal.toLongLong());
-    else
-        *result = sign(stored, value);
-    return true;
-}
-
-bool matches(const QVariant &cell, const Term &t, const FieldInfo &f)
-{
-    if (t.op == u"ISNULL")
-        return cell.isNull();
-    if (t.op == u"NOTNULL")
-        return !cell.isNull();
-    if (t.op == u"LIKE" || t.op == u"NOTLIKE") {
-        if (cell.isNull())
-            return false;
-        return jetLike(cell.toString(), t.literal.toString()) == (t.op == u"LIKE");
-    }
-    int c = 0;
-    if (!compareCell(cell, t.literal, f, &c))
-        return false;
-    if (t.op == u"=")
-        return c == 0;
-    if (t.op == u"<>")
-        return c != 0;
-    if (t.op == u"<")
-        return c < 0;
-    if (t.op == u"<=")
-        return c <= 0;
-    if (t.op == u">")
-        return c > 0;
-    return c >= 0;
-}
-
-} // namespace
-
 bool Recordset::find(const QString &criterion, int from)
 {
-    CriterionReader reader(criterion);
-    std::vector<Term> terms;
-    do {
-        Term t;
-        const QString name = reader.name();
-        t.field = fieldIndex(name);
-        if (t.field < 0)
-            field(name); // throws
-        t.op = reader.op();
-        if (t.op != u"ISNULL" && t.op != u"NOTNULL")
-            t.literal = reader.literal();
-        terms.push_back(t);
-    } while (reader.keyword(u"AND"));
-    if (!reader.atEnd())
-        reader.error();
+    const std::vector<FindCriterion::Term> terms = FindCriterion::parse(criterion);
+    std::vector<int> columns;
+    for (const FindCriterion::Term &t : terms) {
+        columns.push_back(fieldIndex(t.column));
+        if (columns.back() < 0)
+            field(t.column); // throws
+    }
 
     auto found = [&](int row) {
         m_noMatch = false;
@@ -945,19 +707,20 @@ bool Recordset::find(const QString &criterion, int from)
 
     // "Key = 37" on an integer field: a hash of first occurrences, so that
     // finding every one of n keys in turn stays linear.
-    const Term &first = terms.front();
+    const FindCriterion::Term &first = terms.front();
+    const int key = columns.front();
     const bool wholeLiteral = first.literal.metaType().id() == QMetaType::LongLong;
-    if (terms.size() == 1 && first.op == u"=" && wholeLiteral &&
-        isIntegral(m_fields[first.field].type)) {
-        if (m_d->indexedField != first.field) {
+    if (terms.size() == 1 && first.op == FindCriterion::Op::Equal && wholeLiteral &&
+        isIntegral(m_fields[key].type)) {
+        if (m_d->indexedField != key) {
             m_d->index.clear();
             m_d->index.reserve(m_rows);
             for (int r = m_rows - 1; r >= 0; --r) {
-                const QVariant &v = cell(r, first.field);
+                const QVariant &v = cell(r, key);
                 if (!m_deleted[r] && !v.isNull())
                     m_d->index.insert(v.toLongLong(), r);
             }
-            m_d->indexedField = first.field;
+            m_d->indexedField = key;
         }
         const int row = m_d->index.value(first.literal.toLongLong(), -1);
         if (row < 0) {
@@ -972,12 +735,8 @@ bool Recordset::find(const QString &criterion, int from)
         if (m_deleted[r])
             continue;
         bool all = true;
-        for (const Term &t : terms) {
-            if (!matches(cell(r, t.field), t, m_fields[t.field])) {
-                all = false;
-                break;
-            }
-        }
+        for (size_t k = 0; k < terms.size() && all; ++k)
+            all = FindCriterion::matches(cell(r, columns[k]), terms[k], m_fields[columns[k]]);
         if (all)
             return found(r);
     }

@@ -5,6 +5,7 @@
 #include <memory>
 #include <QString>
 #include <QVariant>
+#include <QVariantList>
 #include <vector>
 
 class Database;
@@ -26,6 +27,9 @@ public:
 
     // source is a table name (plain or [bracketed]) or a Jet SELECT statement.
     Recordset(Database &db, const QString &source, Kind kind = Dynaset);
+    // The same with values bound in order to the statement's ? markers, as
+    // Database::execute binds them: no value is ever pasted into the text.
+    Recordset(Database &db, const QString &source, const QVariantList &values, Kind kind = Dynaset);
     ~Recordset();
     Recordset(Recordset &&) noexcept;
     Recordset &operator=(Recordset &&) noexcept;
@@ -93,7 +97,7 @@ public:
 private:
     struct Private;
 
-    void load(const QString &source);
+    void load(const QString &source, QVariantList values);
     int currentRow() const;
     const QVariant &cell(int row, int column) const;
     QVariant &cellRef(int row, int column);
