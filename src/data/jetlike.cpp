@@ -153,8 +153,8 @@ namespace {
 
 QString argument(sqlite3_value *value)
 {
-    const void *text = sqlite3_value_text16(value);
-    return QString(static_cast<const QChar *>(text), sqlite3_value_bytes16(value) / 2);
+    const auto *text = reinterpret_cast<const char *>(sqlite3_value_text(value));
+    return QString::fromUtf8(text, sqlite3_value_bytes(value));
 }
 
 // match(pattern, text), as SQLite calls it for "text MATCH pattern"; Null when either
@@ -173,7 +173,9 @@ void matchFunction(sqlite3_context *context, int, sqlite3_value **args)
 
 void registerMatch(sqlite3 *handle)
 {
-    sqlite3_create_function_v2(handle, "match", 2, SQLITE_UTF16 | SQLITE_DETERMINISTIC, nullptr,
+    // In the files' own encoding: SQLite's match() of that encoding would be chosen
+    // over one in another.
+    sqlite3_create_function_v2(handle, "match", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
                                matchFunction, nullptr, nullptr, nullptr);
 }
 

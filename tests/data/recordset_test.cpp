@@ -4,6 +4,7 @@
 
 #include "core/cverror.h"
 #include "data/database.h"
+#include "data/jetsql.h"
 #include "data/money.h"
 #include "data/recordset.h"
 
@@ -88,36 +89,145 @@ TEST_F(RecordsetTest, MovesBetweenBeginningAndEnd)
 
 TEST_F(RecordsetTest, FindsBySimpleCriteria)
 {
-    Recordset rs(m_farm, "select * from Addresses order by busname");
-    EXPECT_TRUE(rs.findFirst("AddressID = 37"));
-    EXPECT_FALSE(rs.noMatch());
-    EXPECT_EQ(rs.value("BusName").toString(), "Brown Farms");
-    // No match: the position stays.
-    EXPECT_FALSE(rs.findFirst("AddressID = 999"));
-    EXPECT_TRUE(rs.noMatch());
-    EXPECT_EQ(rs.value("AddressID").toInt(), 37);
+    // Rows in name order: 40 (Null), 42, 43, 39, 38, 37, 41.
+    const struct
+    {
+        const char *source, *criterion, *field;
+        QVariant found; // the field's value at the first match; invalid: none; int: error
+        int error = 0;
+    } cases[] = {
+        {"select * from Addresses order by busname", "AddressID = 37", "BusName", "Brown Farms"},
+        {"select * from Addresses order by busname", "BusName = 'BAILEY, SAM'", "AddressID", 38},
+        {"select * from Addresses order by busname", "[BusName] Like \"*Ltd\" AND WageFlag = False",
+         "AddressID", 39},
+        {"select * from Addresses order by busname", "BusName Is Null", "AddressID", 40},
+        {"select * from Addresses order by busname", "BusName Is Not Null", "AddressID", 42},
+        {"select * from Addresses order by busname", "HeadingAccount >= 401001", "AddressID", 37},
+        {"select * from Addresses order by busname", "AddressID > 40.5 AND AddressID <> 42",
+         "AddressID", 43},
+        {"select * from Addresses order by busname", "AddressID = '38'", "AddressID", 38},
+        {"select * from Addresses order by busname",
+         "WageFlag = True AND Addresses.BusName <> \"bailey, sam\"", "AddressID", 37},
+        {"Transactions", "Date = #4/2/2010#", "Amount", "-100000"},
+        {"Transactions", "Amount = 25.1", "Date", 40269},
+        {"Transactions", "Amount < False", "Date", 40270},
+        {"select * from Addresses", "AddressID = 999", "AddressID", {}},
+        {"select * from Addresses", "AddressID == 37", "", {}, CvError::ExpressionError},
+        {"select * from Addresses", "AddressID = 37 AND", "", {}, CvError::ExpressionError},
+        {"select * from Addresses", "BusName Like '[a'", "", {}, CvError::ExpressionError},
+        {"select * from Addresses", "Nonsense = 1", "", {}, CvError::ItemNotFound},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.criterion);
+        Recordset rs(m_farm, c.source);
+        rs.moveLast();
+        const QVariant before = rs.storedValue(0);
+        bool found = false;
+        EXPECT_EQ(errorOf([&] { found = rs.findFirst(c.criterion); }), c.error);
+        EXPECT_EQ(found, c.found.isValid());
+        EXPECT_EQ(rs.noMatch(), !c.found.isValid() && !c.error);
+        if (found)
+            EXPECT_EQ(rs.storedValue(rs.fieldIndex(c.field)).toString(), c.found.toString());
+        else
+            EXPECT_EQ(rs.storedValue(0), before); // the position stays
+    }
 
-    EXPECT_TRUE(rs.findFirst("BusName = 'BAILEY, SAM'"));
-    EXPECT_EQ(rs.value("AddressID").toInt(), 38);
-    EXPECT_TRUE(rs.findFirst("[BusName] Like \"*Ltd\" AND WageFlag = False"));
-    EXPECT_EQ(rs.value("AddressID").toInt(), 39);
+    // findNext goes on from the current row; keys are found after adds and deletes.
+    Recordset rs(m_farm, "select * from Addresses order by busname");
+    EXPECT_TRUE(rs.findFirst("BusName Like \"*Ltd\""));
     EXPECT_TRUE(rs.findNext("BusName Like \"*Ltd\""));
     EXPECT_EQ(rs.value("AddressID").toInt(), 41);
     EXPECT_FALSE(rs.findNext("BusName Like \"*Ltd\""));
-    EXPECT_TRUE(rs.findFirst("BusName Is Null"));
-    EXPECT_EQ(rs.value("AddressID").toInt(), 40);
-    EXPECT_TRUE(rs.findFirst("HeadingAccount >= 401001"));
-    EXPECT_EQ(rs.value("AddressID").toInt(), 37);
-    EXPECT_EQ(errorOf([&] { rs.findFirst("AddressID == 37"); }), CvError::ExpressionError);
-
-    // Keys found after rows are added and deleted.
     rs.addNew();
     rs.setValue("BusName", "Zed");
     rs.update();
-    const int added = int(rs.lastInsertId());
-    EXPECT_TRUE(rs.findFirst(QString("AddressID = %1").arg(added)));
+    const QString added = QString("AddressID = %1").arg(rs.lastInsertId());
+    EXPECT_TRUE(rs.findFirst(added));
     rs.remove();
-    EXPECT_FALSE(rs.findFirst(QString("AddressID = %1").arg(added)));
+    EXPECT_FALSE(rs.findFirst(added));
+}
+
+// Jet's LIKE runs in FindFirst's criteria and in statements (SQLite's LIKE or the
+// registered MATCH, the pattern written or bound): every path gives the same rows.
+TEST_F(RecordsetTest, LikeAnswersAlikeInCriteriaAndStatements)
+{
+    m_farm.execute("INSERT INTO Addresses (AddressID, BusName) VALUES (44, ?), (45, ?), (46, ?), "
+                   "(47, ?)",
+                   {u"Ōtorohanga Motors"_qs, u"ōhope Beach"_qs, u"\u212Aelvin"_qs, u"😀 Cafe"_qs});
+    using Ids = QList<int>;
+    const struct
+    {
+        QString pattern;
+        Ids ids;
+    } cases[] = {
+        {"b*", {37, 38}},
+        {"*LTD", {39, 41}},
+        {"100% W*", {42}}, // % and _ are no wildcards in Jet
+        {"*[_]*", {42}},
+        {"??00 Wool?Co", {43}},
+        {"#*", {42, 43}},
+        {"[!a-c]*", {41, 42, 43, 44, 45, 46, 47}},
+        {"[]B*", {37, 38}},
+        {u"Ō*"_qs, {44, 45}}, // case folds beyond ASCII...
+        {"o*", {41}},         // ...but a macron is no base letter
+        {"k*", {}},           // nor the Kelvin sign a K
+        {"? Cafe", {47}},     // one character, outside the 16-bit plane
+        {"O'Brien \"Big\"*", {41}},
+    };
+    const Ids named{37, 38, 39, 41, 42, 43, 44, 45, 46, 47};
+    auto ids = [](Recordset &&rs) {
+        Ids out;
+        for (; !rs.eof(); rs.moveNext())
+            out << rs.value(0).toInt();
+        return out;
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.pattern.toStdString());
+        Ids unlike;
+        for (int id : named) {
+            if (!c.ids.contains(id))
+                unlike << id;
+        }
+        for (const char *op : {" LIKE ", " NOT LIKE "}) {
+            const Ids expected = QString(op) == " LIKE " ? c.ids : unlike;
+            const QString where = QStringLiteral("BusName") + op;
+            Recordset all(m_farm, "SELECT AddressID, BusName FROM Addresses ORDER BY AddressID");
+            Ids found;
+            for (bool f = all.findFirst(where + JetSql::quote(c.pattern)); f;
+                 f = all.findNext(where + JetSql::quote(c.pattern)))
+                found << all.value(0).toInt();
+            EXPECT_EQ(found, expected) << op << "criterion";
+            const QString select = "SELECT AddressID FROM Addresses WHERE " + where;
+            EXPECT_EQ(ids(Recordset(m_farm, select + JetSql::quote(c.pattern) + " ORDER BY 1")),
+                      expected)
+                << op << "written";
+            EXPECT_EQ(ids(Recordset(m_farm, select + "? ORDER BY 1", {c.pattern})), expected)
+                << op << "bound";
+        }
+    }
+}
+
+TEST_F(RecordsetTest, BindsValuesToMarkers)
+{
+    Recordset rs(m_wage,
+                 "SELECT EmployeeID, PayRate FROM Employees WHERE AddressID = ? AND "
+                 "KiwiSaverEnrolled = ? AND PayRate = ? AND Birthdate < ?",
+                 {37, true, QVariant::fromValue(Money::fromScaled(251000)), QDate(1970, 1, 1)});
+    EXPECT_EQ(rs.recordCount(), 1);
+    rs.edit(); // the rows of a bound statement are still the table's
+    rs.setValue("PayRate", 30);
+    rs.update();
+    const QString name = "O'Brien \"Big\" Ltd";
+    EXPECT_EQ(Recordset(m_farm, "SELECT AddressID FROM Addresses WHERE BusName = ?", {name})
+                  .value(0)
+                  .toInt(),
+              41);
+    EXPECT_EQ(Recordset(m_wage, "SELECT PayRate FROM Employees WHERE EmployeeID = 5")
+                  .value(0)
+                  .value<Money>(),
+              Money::fromUnits(30));
+    EXPECT_EQ(errorOf([&] { Recordset(m_farm, "SELECT * FROM Addresses WHERE AddressID = ?"); }),
+              CvError::SqlError);
 }
 
 TEST_F(RecordsetTest, AddsRowsKnowingTheirKeyFromTheStart)
