@@ -1,7 +1,7 @@
 #include "launch/addressglobals.h"
 
-#include "core/cverror.h"
 #include "config/settings.h"
+#include "core/cverror.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>

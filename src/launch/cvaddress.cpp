@@ -1,8 +1,8 @@
 #include "launch/cvaddress.h"
 
+#include "config/settings.h"
 #include "data/database.h"
 #include "launch/addressglobals.h"
-#include "config/settings.h"
 
 CvAddress::CvAddress()
 {

@@ -1,8 +1,8 @@
 #include "messages/addressmessages.h"
 
-#include "messages/messageservice.h"
 #include "config/settings.h"
 #include "core/translate.h"
+#include "messages/messageservice.h"
 
 namespace {
 
