@@ -42,48 +42,44 @@ int count(Database &db, const QString &jet)
 
 TEST(DatabaseTest, RefusesWhatIsNotAWritableDataFileAndCreatesNothing)
 {
-    QTemporaryDir dir;
-    const QString missing = dir.filePath("Farm32.mdb");
-    QString why;
-    EXPECT_EQ(openError(missing, &why), CvError::CannotOpenDatabase);
-    EXPECT_TRUE(why.contains(missing)) << why.toStdString();
-    EXPECT_EQ(openError(dir.filePath("no folder/Wage32.mdb")), CvError::CannotOpenDatabase);
-    EXPECT_EQ(QDir(dir.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList());
-
-    const QString text = dir.filePath("text/Farm32.mdb");
-    QDir().mkpath(dir.filePath("text"));
-    writeFile(text, "This is not a database, just a file named like one.\n");
-    EXPECT_EQ(openError(text, &why), CvError::UnrecognizedFormat);
-    EXPECT_TRUE(why.contains(text));
-
-    const QString empty = dir.filePath("empty/Farm32.mdb");
-    QDir().mkpath(dir.filePath("empty"));
-    writeFile(empty, QByteArray());
-    EXPECT_EQ(openError(empty), CvError::UnrecognizedFormat);
-    EXPECT_EQ(QFileInfo(empty).size(), 0);
-    EXPECT_EQ(QDir(dir.filePath("empty")).entryList(QDir::Files), QStringList({"Farm32.mdb"}));
-}
-
-TEST(DatabaseTest, RefusesAReadOnlyFileEvenForRoot)
-{
     TempSuite suite;
-    const QString path = suite.farmPath();
-    ASSERT_TRUE(
-        QFile::setPermissions(path, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
-    QString why;
-    EXPECT_EQ(openError(path, &why), CvError::FileReadOnly);
-    EXPECT_TRUE(why.contains("read-only")) << why.toStdString();
-    EXPECT_EQ(QDir(QFileInfo(path).absolutePath()).entryList(QDir::Files),
-              QStringList({"Farm32.mdb", "Wage32.mdb"}));
-
+    QTemporaryDir dir;
+    QDir().mkpath(dir.filePath("text"));
+    QDir().mkpath(dir.filePath("empty"));
+    writeFile(dir.filePath("text/Farm32.mdb"), "This is not a database, just a named file.\n");
+    writeFile(dir.filePath("empty/Farm32.mdb"), QByteArray());
+    const QString readOnly = suite.farmPath();
+    ASSERT_TRUE(QFile::setPermissions(readOnly, QFile::ReadOwner | QFile::ReadGroup));
     // SQLite writes its journal beside the file, so the folder must be writable too.
     const QString folder = QFileInfo(suite.wagePath()).absolutePath();
     const auto folderPermissions = QFile::permissions(folder);
     ASSERT_TRUE(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
-    EXPECT_EQ(openError(suite.wagePath(), &why), CvError::FileReadOnly);
-    EXPECT_TRUE(why.contains(folder)) << why.toStdString();
+
+    const struct
+    {
+        QString path, named; // the description names the file or its folder
+        int error;
+    } cases[] = {
+        {dir.filePath("Farm32.mdb"), dir.filePath("Farm32.mdb"), CvError::CannotOpenDatabase},
+        {dir.filePath("no folder/Wage32.mdb"), "no folder", CvError::CannotOpenDatabase},
+        {dir.filePath("text/Farm32.mdb"), "text/Farm32.mdb", CvError::UnrecognizedFormat},
+        {dir.filePath("empty/Farm32.mdb"), "empty", CvError::UnrecognizedFormat},
+        {readOnly, "read-only", CvError::FileReadOnly}, // even for root
+        {suite.wagePath(), folder, CvError::FileReadOnly}};
+    for (const auto &c : cases) {
+        QString why;
+        EXPECT_EQ(openError(c.path, &why), c.error) << c.path.toStdString();
+        EXPECT_TRUE(why.contains(c.named)) << why.toStdString();
+    }
     QFile::setPermissions(folder, folderPermissions);
-    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+    QFile::setPermissions(readOnly, QFile::ReadOwner | QFile::WriteOwner);
+    // Nothing was made: no file, no journal, and the empty file stays empty.
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
+              QStringList({"empty", "text"}));
+    EXPECT_EQ(QDir(dir.filePath("empty")).entryList(QDir::Files), QStringList({"Farm32.mdb"}));
+    EXPECT_EQ(QFileInfo(dir.filePath("empty/Farm32.mdb")).size(), 0);
+    EXPECT_EQ(QDir(QFileInfo(readOnly).absolutePath()).entryList(QDir::Files),
+              QStringList({"Farm32.mdb", "Wage32.mdb"}));
 }
 
 TEST(DatabaseTest, ActionStatementsReportRowsAndFailWithTheDatabaseMessage)

@@ -46,8 +46,7 @@ TEST(JetSqlTest, TranslatesTheJetDialect)
         {"SELECT a FROM t WHERE n LIKE \"ō*\"", "SELECT a FROM t WHERE n MATCH 'ō*'"},
         // SQLite's SET names the column alone.
         {"UPDATE DISTINCTROW A SET A.H = Null, [A].[n] = \"x\" WHERE (((A.ID)=37));",
-         "UPDATE A SET \"H\" = Null, \"n\" = 'x' WHERE (((\"A\".\"ID\")=37))"},
-    };
+         "UPDATE A SET \"H\" = Null, \"n\" = 'x' WHERE (((\"A\".\"ID\")=37))"}};
     for (const auto &c : cases)
         EXPECT_EQ(JetSql::translate(QString::fromUtf8(c.jet)), QString::fromUtf8(c.sqlite))
             << c.jet;
@@ -81,18 +80,16 @@ TEST(JetSqlTest, BoundLikePatternsAreConvertedWhenBound)
     {
         QString inner, outer, sql;
         QVariantList bound;
-    } cases[] = {
-        {"B*",
-         "_*",
-         "SELECT (SELECT 1 FROM u WHERE \"u\".\"n\" LIKE ?) AS x FROM t WHERE n LIKE ? "
-         "ESCAPE '\\' AND m = ?",
-         {"B%", "\\_%", "?"}},
-        {"#*",
-         "*",
-         "SELECT (SELECT 1 FROM u WHERE \"u\".\"n\" MATCH ?) AS x FROM t WHERE n LIKE ? "
-         "AND m = ?",
-         {"#*", "%", "?"}},
-    };
+    } cases[] = {{"B*",
+                  "_*",
+                  "SELECT (SELECT 1 FROM u WHERE \"u\".\"n\" LIKE ?) AS x FROM t WHERE n LIKE ? "
+                  "ESCAPE '\\' AND m = ?",
+                  {"B%", "\\_%", "?"}},
+                 {"#*",
+                  "*",
+                  "SELECT (SELECT 1 FROM u WHERE \"u\".\"n\" MATCH ?) AS x FROM t WHERE n LIKE ? "
+                  "AND m = ?",
+                  {"#*", "%", "?"}}};
     for (const auto &c : cases) {
         QVariantList values{c.inner, c.outer, "?"};
         qsizetype from = t->fromPos;

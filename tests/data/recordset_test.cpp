@@ -28,13 +28,13 @@ protected:
 TEST_F(RecordsetTest, FieldsCarryTheirJetTypesByNameOrPosition)
 {
     Recordset rs(m_wage, "Select Distinctrow * from Employees where AddressID = 37");
-    EXPECT_EQ(rs.field("employeeid").type, JetType::AutoNumber);
-    EXPECT_EQ(rs.field("AddressID").type, JetType::Long);
-    EXPECT_EQ(rs.field("TaxCode").type, JetType::Text);
+    const std::pair<const char *, JetType> types[] = {
+        {"employeeid", JetType::AutoNumber}, {"AddressID", JetType::Long},
+        {"TaxCode", JetType::Text},          {"PayRate", JetType::Currency},
+        {"Birthdate", JetType::DateTime},    {"KiwiSaverEnrolled", JetType::YesNo}};
+    for (const auto &[name, type] : types)
+        EXPECT_EQ(rs.field(name).type, type) << name;
     EXPECT_EQ(rs.field("TaxCode").size, 10);
-    EXPECT_EQ(rs.field("PayRate").type, JetType::Currency);
-    EXPECT_EQ(rs.field("Birthdate").type, JetType::DateTime);
-    EXPECT_EQ(rs.field("KiwiSaverEnrolled").type, JetType::YesNo);
     EXPECT_EQ(rs.field(0).name, "EmployeeID");
     EXPECT_EQ(rs.fieldIndex("Employees.PayRate"), rs.fieldIndex("payrate"));
     EXPECT_EQ(rs.fieldIndex("NoSuchColumn"), -1);
@@ -115,8 +115,7 @@ TEST_F(RecordsetTest, FindsBySimpleCriteria)
         {"select * from Addresses", "AddressID == 37", "", {}, CvError::ExpressionError},
         {"select * from Addresses", "AddressID = 37 AND", "", {}, CvError::ExpressionError},
         {"select * from Addresses", "BusName Like '[a'", "", {}, CvError::ExpressionError},
-        {"select * from Addresses", "Nonsense = 1", "", {}, CvError::ItemNotFound},
-    };
+        {"select * from Addresses", "Nonsense = 1", "", {}, CvError::ItemNotFound}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.criterion);
         Recordset rs(m_farm, c.source);
@@ -159,21 +158,19 @@ TEST_F(RecordsetTest, LikeAnswersAlikeInCriteriaAndStatements)
     {
         QString pattern;
         Ids ids;
-    } cases[] = {
-        {"b*", {37, 38}},
-        {"*LTD", {39, 41}},
-        {"100% W*", {42}}, // % and _ are no wildcards in Jet
-        {"*[_]*", {42}},
-        {"??00 Wool?Co", {43}},
-        {"#*", {42, 43}},
-        {"[!a-c]*", {41, 42, 43, 44, 45, 46, 47}},
-        {"[]B*", {37, 38}},
-        {u"Ō*"_qs, {44, 45}}, // case folds beyond ASCII...
-        {"o*", {41}},         // ...but a macron is no base letter
-        {"k*", {}},           // nor the Kelvin sign a K
-        {"? Cafe", {47}},     // one character, outside the 16-bit plane
-        {"O'Brien \"Big\"*", {41}},
-    };
+    } cases[] = {{"b*", {37, 38}},
+                 {"*LTD", {39, 41}},
+                 {"100% W*", {42}}, // % and _ are no wildcards in Jet
+                 {"*[_]*", {42}},
+                 {"??00 Wool?Co", {43}},
+                 {"#*", {42, 43}},
+                 {"[!a-c]*", {41, 42, 43, 44, 45, 46, 47}},
+                 {"[]B*", {37, 38}},
+                 {u"Ō*"_qs, {44, 45}}, // case folds beyond ASCII...
+                 {"o*", {41}},         // ...but a macron is no base letter
+                 {"k*", {}},           // nor the Kelvin sign a K
+                 {"? Cafe", {47}},     // one character, outside the 16-bit plane
+                 {"O'Brien \"Big\"*", {41}}};
     const Ids named{37, 38, 39, 41, 42, 43, 44, 45, 46, 47};
     auto ids = [](Recordset &&rs) {
         Ids out;
