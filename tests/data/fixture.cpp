@@ -26,10 +26,6 @@ INSERT INTO "Account Codes" VALUES (402, 'Hidden', 0);
 INSERT INTO "Secondary Codes" VALUES (401001, 401, 'Wages');
 INSERT INTO "Secondary Codes" VALUES (401002, 401, 'Casual wages');
 INSERT INTO "Secondary Codes" VALUES (402001, 402, 'Not in cashbook');
-INSERT INTO "tbl No Enterprises" VALUES (1, 'Sheep');
-INSERT INTO "tbl No Enterprises" VALUES (2, 'Beef');
-INSERT INTO "tbl No Enterprises" VALUES (3, 'Dairy');
-INSERT INTO PayeInfo (WageAccount, EmployerName) VALUES (401002, 'Brown Farms')
 )");
     suite.execWage(R"(
 INSERT INTO Employees (EmployeeID, AddressID, EmployeeTypeID, TaxTypeID, PayIntervalID, PayRate,
@@ -38,31 +34,19 @@ INSERT INTO Employees (EmployeeID, AddressID, EmployeeTypeID, TaxTypeID, PayInte
 INSERT INTO Employees (EmployeeID, AddressID, EmployeeTypeID, Datefinished) VALUES (6, 38, 1, 0);
 INSERT INTO Employees (EmployeeID, AddressID, EmployeeTypeID, Datefinished) VALUES (7, 39, 1, 40269);
 INSERT INTO Wages (EmployeeID, "Date", Gross) VALUES (5, 40269, 5000000);
-INSERT INTO EmployeeAwardType VALUES (1, 'Shearer', 'Head');
-INSERT INTO EmployeeAwardType VALUES (2, 'Farm hand', 'Hour');
 INSERT INTO TaxTypes VALUES (1, 'PAYE', 2, 64);
 INSERT INTO TaxTypes VALUES (2, 'Secondary', 1, 64);
 INSERT INTO TaxTypes VALUES (3, 'PAYG', 0, 61);
 INSERT INTO TaxTypes VALUES (4, 'General', 5, 0);
-INSERT INTO PayInterval VALUES (1, 'Weekly', 7, 52.14, 2);
-INSERT INTO PayInterval VALUES (2, 'Fortnightly', 14, 26.07, 1);
-INSERT INTO KiwiSaverEnrollType VALUES (1, 'Opted in', -1);
-INSERT INTO KiwiSaverEnrollType VALUES (2, 'Not a member', 0);
-INSERT INTO KiwiSaverEnrollType VALUES (3, 'Auto enrolled', 1);
 INSERT INTO DeductNames VALUES (1, 'KS 3%', 'KiwiSaver', 64, 3);
 INSERT INTO DeductNames VALUES (2, 'KS 4%', 'KiwiSaver', 64, 4);
 INSERT INTO DeductNames VALUES (3, 'Union fees', NULL, 0, 2.5);
 INSERT INTO DeductNames VALUES (4, 'Child support', 'Child Support', 64, 0);
 INSERT INTO DeductNames VALUES (5, 'Super AU', NULL, 61, 9);
-INSERT INTO ContributionNames VALUES (1, 'Employer 3%', 'KiwiSaver', 64, 3);
-INSERT INTO ContributionNames VALUES (2, 'Employer 4%', 'kiwisaver', 64, 4);
-INSERT INTO ContributionNames VALUES (3, 'Other', NULL, 0, 0);
 INSERT INTO EmployeeDeductions VALUES (1, 5, 1, 0, 3, 'KiwiSaver');
 INSERT INTO EmployeeDeductions VALUES (2, 5, 3, 100000, 0, NULL);
 INSERT INTO EmployeeDeductions VALUES (3, 5, 4, 0, 0, NULL);
 INSERT INTO EmployeeDeductions VALUES (4, 6, 3, 0, 2.5, NULL);
-INSERT INTO EmployerContributions VALUES (1, 5, 1, 0, 3, 'KiwiSaver');
-INSERT INTO EmployerContributions VALUES (2, 6, 2, 0, 4, 'KiwiSaver')
 )");
 }
 

