@@ -115,7 +115,7 @@ std::optional<QString> toSqlite(QStringView patternView, bool *escaped)
     const Text pattern = patternView.toUcs4();
     QString out;
     auto literal = [&](char32_t c) {
-        if (!isAscii(c))
+        if (!isAscii(c) || c == 0) // SQLite's LIKE ends its texts at a NUL
             return false;
         if (c == U'%' || c == U'_' || c == U'\\') {
             out += u'\\';

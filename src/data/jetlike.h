@@ -25,7 +25,7 @@ bool matches(QStringView text, QStringView pattern);
 
 // The pattern in SQLite's LIKE terms (% and _, a literal % _ or \ escaped with \,
 // *escaped then set), or nullopt when SQLite's LIKE would answer differently for
-// some text: # and lists, and letters outside ASCII.
+// some text: # and lists, and letters outside ASCII and NUL.
 std::optional<QString> toSqlite(QStringView pattern, bool *escaped);
 
 // Makes "text MATCH pattern" run matches() on the connection.
