@@ -48,7 +48,9 @@ public:
     // rows it changed. Throws CvError when it fails; a transaction in progress is
     // then rolled back.
     int execute(const QString &jetSql);
-    // The same with values bound in order to the statement's ? markers.
+    // The same with values bound in order to the statement's ? markers, as the
+    // columns store them (JetValue::toParameter); a value bound to a LIKE is a Jet
+    // pattern.
     int execute(const QString &jetSql, const QVariantList &values);
 
     // Write transactions take the write lock at once (BEGIN IMMEDIATE), so they

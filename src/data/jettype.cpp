@@ -67,3 +67,17 @@ QString jetTypeName(JetType type)
     }
     return QStringLiteral("Unknown");
 }
+
+JetType jetTypeOfValue(const QVariant &value)
+{
+    switch (value.metaType().id()) {
+    case QMetaType::LongLong:
+        return JetType::Long;
+    case QMetaType::Double:
+        return JetType::Double;
+    case QMetaType::QString:
+        return JetType::Memo;
+    default:
+        return JetType::Unknown;
+    }
+}

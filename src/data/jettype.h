@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QVariant>
 
 // The column types of the suite's data files. The declared SQLite type of each
 // column carries its type: LONG, SHORT, TEXT(n), MEMO, CURRENCY, DATETIME, YESNO,
@@ -24,3 +25,7 @@ JetType jetTypeFromDeclared(const QString &declared, int *size = nullptr);
 
 // "Currency", "Date/Time" and so on, for messages.
 QString jetTypeName(JetType type);
+
+// The type of a value read from an expression: Long for an integer, Double for a real,
+// Memo for text; Unknown for Null and anything else.
+JetType jetTypeOfValue(const QVariant &value);

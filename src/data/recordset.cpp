@@ -6,21 +6,17 @@
 #include "data/findcriterion.h"
 #include "data/jetsql.h"
 #include "data/jetvalue.h"
-#include "data/money.h"
-#include "data/serialdate.h"
+#include "data/sqlitestatement.h"
 
 #include <QHash>
 #include <QSqlQuery>
-#include <sqlite3.h>
 
 namespace {
 
 const char *const Source = "Recordset";
-
-QString text16(const void *p)
-{
-    return QString(static_cast<const QChar *>(p));
-}
+// Cells are kept in chunks of this many.
+constexpr int ChunkBits = 14;
+constexpr size_t ChunkSize = size_t(1) << ChunkBits;
 
 bool isIntegral(JetType t)
 {
@@ -32,88 +28,17 @@ bool isIntegral(JetType t)
     throw CvError(CvError::NoCurrentRecord, Source, QStringLiteral("No current record."));
 }
 
-// A prepared statement on the connection with its values bound, finalized when it
-// goes. Values bind as Qt's driver binds them for Database::execute, text as UTF-8
-// (which stores exactly what QString::toUtf8 makes of it).
-struct Statement
+[[noreturn]] void readOnly()
 {
-    sqlite3_stmt *stmt = nullptr;
+    throw CvError(CvError::NotUpdatable, Source,
+                  QStringLiteral("Cannot update. Database or object is read-only."));
+}
 
-    Statement(DatabaseState &s, const QString &sql, const QVariantList &values)
-    {
-        prepare(s, sql, values);
-    }
-    ~Statement() { sqlite3_finalize(stmt); }
-    Statement(const Statement &) = delete;
-    Statement &operator=(const Statement &) = delete;
-
-    void prepare(DatabaseState &s, const QString &sql, const QVariantList &values)
-    {
-        sqlite3_finalize(stmt);
-        stmt = nullptr;
-        const int rc =
-            sqlite3_prepare16_v2(s.handle, sql.utf16(), int(sql.size() * 2), &stmt, nullptr);
-        if (rc != SQLITE_OK)
-            fail(s, rc);
-        if (const int markers = sqlite3_bind_parameter_count(stmt); markers != values.size()) {
-            sqlite3_finalize(stmt);
-            stmt = nullptr;
-            throw CvError(
-                CvError::SqlError, Source,
-                QStringLiteral("Parameter count mismatch: %1 values for %2 markers in: %3")
-                    .arg(values.size())
-                    .arg(markers)
-                    .arg(sql));
-        }
-        for (int i = 0; i < int(values.size()); ++i) {
-            if (const int bound = bind(i + 1, values.at(i)); bound != SQLITE_OK)
-                fail(s, bound);
-        }
-    }
-
-    int bind(int index, const QVariant &v)
-    {
-        if (v.isNull())
-            return sqlite3_bind_null(stmt, index);
-        switch (v.metaType().id()) {
-        case QMetaType::Int:
-        case QMetaType::UInt:
-        case QMetaType::LongLong:
-        case QMetaType::ULongLong:
-        case QMetaType::Short:
-        case QMetaType::UShort:
-        case QMetaType::Long:
-        case QMetaType::ULong:
-            return sqlite3_bind_int64(stmt, index, v.toLongLong());
-        case QMetaType::Double:
-        case QMetaType::Float:
-            return sqlite3_bind_double(stmt, index, v.toDouble());
-        case QMetaType::QByteArray: {
-            const QByteArray bytes = v.toByteArray();
-            return bytes.isNull()
-                       ? sqlite3_bind_null(stmt, index)
-                       : sqlite3_bind_blob64(stmt, index, bytes.constData(),
-                                             sqlite3_uint64(bytes.size()), SQLITE_TRANSIENT);
-        }
-        default: {
-            const QString text = v.toString();
-            if (text.isNull())
-                return sqlite3_bind_null(stmt, index);
-            const QByteArray utf8 = text.toUtf8();
-            return sqlite3_bind_text64(stmt, index, utf8.constData(), sqlite3_uint64(utf8.size()),
-                                       SQLITE_TRANSIENT, SQLITE_UTF8);
-        }
-        }
-    }
-
-    [[noreturn]] void fail(DatabaseState &s, int rc)
-    {
-        const QString message = QString::fromUtf8(sqlite3_errmsg(s.handle));
-        sqlite3_finalize(stmt); // releases the read lock before any rollback
-        stmt = nullptr;
-        s.fail(rc, message, Source);
-    }
-};
+[[noreturn]] void notEditing()
+{
+    throw CvError(CvError::UpdateWithoutEdit, Source,
+                  QStringLiteral("Update or CancelUpdate without AddNew or Edit."));
+}
 
 } // namespace
 
@@ -189,19 +114,16 @@ void Recordset::load(const QString &source, QVariantList values)
     if (m_kind == Snapshot)
         updateTable.clear();
 
-    // Rows are read straight from SQLite's statement: Qt's result cache would
-    // copy every value once more, and name lists run to 100,000 rows.
-    Statement st(s, sql, values);
-    const int columns = sqlite3_column_count(st.stmt);
+    SqliteStatement st(s, sql, values, Source);
+    const int columns = st.columnCount();
     m_fields.clear();
     m_fields.reserve(columns);
     for (int i = 0; i < columns; ++i) {
-        const void *table = sqlite3_column_table_name16(st.stmt, i);
-        const void *origin = sqlite3_column_origin_name16(st.stmt, i);
+        const QString table = st.originTable(i), origin = st.originColumn(i);
         FieldInfo f;
-        if (table && origin)
-            f = s.column(text16(table), text16(origin), Source);
-        f.name = text16(sqlite3_column_name16(st.stmt, i));
+        if (!table.isEmpty() && !origin.isEmpty())
+            f = s.column(table, origin, Source);
+        f.name = st.name(i);
         m_fields.push_back(f);
     }
 
@@ -218,8 +140,7 @@ void Recordset::load(const QString &source, QVariantList values)
             }
         }
         if (m_d->rowidCell < 0) {
-            st.prepare(s,
-                       sql.left(fromPos) + QStringLiteral(", %1._rowid_ ").arg(qualifier) +
+            st.prepare(sql.left(fromPos) + QStringLiteral(", %1._rowid_ ").arg(qualifier) +
                            sql.mid(fromPos),
                        values);
             m_d->rowidCell = columns;
@@ -231,60 +152,21 @@ void Recordset::load(const QString &source, QVariantList values)
     }
     m_width = m_d->rowidCell == columns ? columns + 1 : columns;
 
-    for (;;) {
-        const int rc = sqlite3_step(st.stmt);
-        if (rc == SQLITE_DONE)
-            break;
-        if (rc != SQLITE_ROW)
-            st.fail(s, rc);
-        for (int c = 0; c < m_width; ++c) {
-            switch (sqlite3_column_type(st.stmt, c)) {
-            case SQLITE_INTEGER:
-                appendCell(qint64(sqlite3_column_int64(st.stmt, c)));
-                break;
-            case SQLITE_FLOAT:
-                appendCell(sqlite3_column_double(st.stmt, c));
-                break;
-            case SQLITE_TEXT: {
-                const void *p = sqlite3_column_text16(st.stmt, c);
-                appendCell(
-                    QString(static_cast<const QChar *>(p), sqlite3_column_bytes16(st.stmt, c) / 2));
-                break;
-            }
-            case SQLITE_BLOB:
-                appendCell(QByteArray(static_cast<const char *>(sqlite3_column_blob(st.stmt, c)),
-                                      sqlite3_column_bytes(st.stmt, c)));
-                break;
-            default:
-                appendCell();
-                break;
-            }
-        }
-        ++m_rows;
+    const auto take = [this](auto &&...value) {
+        appendCell(std::forward<decltype(value)>(value)...);
+    };
+    for (; st.next(); ++m_rows) {
+        for (int c = 0; c < m_width; ++c)
+            st.read(c, take);
     }
 
     m_deleted.assign(m_rows, false);
     m_pos = 0;
+    // Expressions take their type from their first value.
     for (int i = 0; i < columns; ++i) {
-        FieldInfo &f = m_fields[i];
-        // Expressions take their type from their first value.
-        if (f.isExpression()) {
-            for (int r = 0; r < m_rows && f.type == JetType::Unknown; ++r) {
-                switch (cell(r, i).metaType().id()) {
-                case QMetaType::LongLong:
-                    f.type = JetType::Long;
-                    break;
-                case QMetaType::Double:
-                    f.type = JetType::Double;
-                    break;
-                case QMetaType::QString:
-                    f.type = JetType::Memo;
-                    break;
-                default:
-                    break;
-                }
-            }
-        }
+        for (int r = 0;
+             r < m_rows && m_fields[i].isExpression() && m_fields[i].type == JetType::Unknown; ++r)
+            m_fields[i].type = jetTypeOfValue(cell(r, i));
     }
 }
 
@@ -380,11 +262,6 @@ void Recordset::setBookmark(int bookmark)
     m_pos = bookmark;
 }
 
-namespace {
-constexpr int ChunkBits = 14;
-constexpr size_t ChunkSize = size_t(1) << ChunkBits;
-} // namespace
-
 const QVariant &Recordset::cell(int row, int column) const
 {
     const size_t i = size_t(row) * m_width + column;
@@ -393,8 +270,7 @@ const QVariant &Recordset::cell(int row, int column) const
 
 QVariant &Recordset::cellRef(int row, int column)
 {
-    const size_t i = size_t(row) * m_width + column;
-    return m_chunks[i >> ChunkBits][i & (ChunkSize - 1)];
+    return const_cast<QVariant &>(std::as_const(*this).cell(row, column));
 }
 
 template <typename... Args> void Recordset::appendCell(Args &&...args)
@@ -449,12 +325,17 @@ const FieldInfo &Recordset::field(int index) const
 
 const FieldInfo &Recordset::field(const QString &name) const
 {
+    return m_fields[checkedIndex(name)];
+}
+
+int Recordset::checkedIndex(const QString &name) const
+{
     const int i = fieldIndex(name);
     if (i < 0)
         throw CvError(
             CvError::ItemNotFound, Source,
             QStringLiteral("Item not found in this collection: the field '%1'.").arg(name));
-    return m_fields[i];
+    return i;
 }
 
 QVariant Recordset::storedValue(int index) const
@@ -481,26 +362,19 @@ QVariant Recordset::value(int index) const
 
 QVariant Recordset::value(const QString &name) const
 {
-    const int i = fieldIndex(name);
-    if (i < 0)
-        field(name); // throws
-    return value(i);
+    return value(checkedIndex(name));
 }
 
 bool Recordset::isNull(const QString &name) const
 {
-    const int i = fieldIndex(name);
-    if (i < 0)
-        field(name);
-    return storedValue(i).isNull();
+    return storedValue(checkedIndex(name)).isNull();
 }
 
 void Recordset::addNew()
 {
     m_db->requireOpen(Source);
     if (m_d->updateTable.isEmpty())
-        throw CvError(CvError::NotUpdatable, Source,
-                      QStringLiteral("Cannot update. Database or object is read-only."));
+        readOnly();
     m_buffer.assign(m_fields.size(), QVariant());
     m_changed.assign(m_fields.size(), false);
     // Jet numbers a new row when it is begun, and callers rely on that: reserve
@@ -525,8 +399,7 @@ void Recordset::edit()
 {
     m_db->requireOpen(Source);
     if (m_d->updateTable.isEmpty())
-        throw CvError(CvError::NotUpdatable, Source,
-                      QStringLiteral("Cannot update. Database or object is read-only."));
+        readOnly();
     const int row = currentRow();
     m_buffer.resize(m_fields.size());
     for (int i = 0; i < fieldCount(); ++i)
@@ -539,8 +412,7 @@ void Recordset::setValue(int index, const QVariant &value)
 {
     checkedIndex(index);
     if (m_editMode == EditNone)
-        throw CvError(CvError::UpdateWithoutEdit, Source,
-                      QStringLiteral("Update or CancelUpdate without AddNew or Edit."));
+        notEditing();
     const FieldInfo &f = m_fields[index];
     if (f.autoNumber || f.isExpression())
         throw CvError(CvError::FieldNotUpdatable, Source,
@@ -552,17 +424,13 @@ void Recordset::setValue(int index, const QVariant &value)
 
 void Recordset::setValue(const QString &name, const QVariant &value)
 {
-    const int i = fieldIndex(name);
-    if (i < 0)
-        field(name);
-    setValue(i, value);
+    setValue(checkedIndex(name), value);
 }
 
 void Recordset::update()
 {
     if (m_editMode == EditNone)
-        throw CvError(CvError::UpdateWithoutEdit, Source,
-                      QStringLiteral("Update or CancelUpdate without AddNew or Edit."));
+        notEditing();
     m_db->requireOpen(Source);
     DatabaseState &s = *m_db;
     const QString table = JetSql::quoteIdentifier(m_d->updateTable);
@@ -583,9 +451,7 @@ void Recordset::update()
         if (columns.isEmpty()) {
             s.run(q, QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(table), {}, Source);
         } else {
-            QStringList marks;
-            for (qsizetype i = 0; i < columns.size(); ++i)
-                marks << QStringLiteral("?");
+            const QStringList marks(columns.size(), QStringLiteral("?"));
             s.run(q,
                   QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
                       .arg(table, columns.join(u", "), marks.join(u", ")),
@@ -654,8 +520,7 @@ void Recordset::update()
 void Recordset::cancelUpdate()
 {
     if (m_editMode == EditNone)
-        throw CvError(CvError::UpdateWithoutEdit, Source,
-                      QStringLiteral("Update or CancelUpdate without AddNew or Edit."));
+        notEditing();
     m_editMode = EditNone;
 }
 
@@ -663,8 +528,7 @@ void Recordset::remove()
 {
     m_db->requireOpen(Source);
     if (m_d->updateTable.isEmpty())
-        throw CvError(CvError::NotUpdatable, Source,
-                      QStringLiteral("Cannot update. Database or object is read-only."));
+        readOnly();
     m_editMode = EditNone;
     const int row = currentRow();
     DatabaseState &s = *m_db;
@@ -692,26 +556,18 @@ bool Recordset::find(const QString &criterion, int from)
 {
     const std::vector<FindCriterion::Term> terms = FindCriterion::parse(criterion);
     std::vector<int> columns;
-    for (const FindCriterion::Term &t : terms) {
-        columns.push_back(fieldIndex(t.column));
-        if (columns.back() < 0)
-            field(t.column); // throws
-    }
-
-    auto found = [&](int row) {
-        m_noMatch = false;
-        m_editMode = EditNone;
-        m_pos = row;
-        return true;
-    };
+    for (const FindCriterion::Term &t : terms)
+        columns.push_back(checkedIndex(t.column));
 
     // "Key = 37" on an integer field: a hash of first occurrences, so that
     // finding every one of n keys in turn stays linear.
     const FindCriterion::Term &first = terms.front();
     const int key = columns.front();
-    const bool wholeLiteral = first.literal.metaType().id() == QMetaType::LongLong;
-    if (terms.size() == 1 && first.op == FindCriterion::Op::Equal && wholeLiteral &&
-        isIntegral(m_fields[key].type)) {
+    const bool byKey = terms.size() == 1 && first.op == FindCriterion::Op::Equal &&
+                       first.literal.metaType().id() == QMetaType::LongLong &&
+                       isIntegral(m_fields[key].type);
+    int row = -1;
+    if (byKey) {
         if (m_d->indexedField != key) {
             m_d->index.clear();
             m_d->index.reserve(m_rows);
@@ -722,24 +578,22 @@ bool Recordset::find(const QString &criterion, int from)
             }
             m_d->indexedField = key;
         }
-        const int row = m_d->index.value(first.literal.toLongLong(), -1);
-        if (row < 0) {
-            m_noMatch = true;
-            return false;
+        row = m_d->index.value(first.literal.toLongLong(), -1);
+    }
+    if (!byKey || (row >= 0 && row < from)) { // the first one is behind: look on
+        row = -1;
+        for (int r = qMax(from, 0); r < m_rows && row < 0; ++r) {
+            bool all = !m_deleted[r];
+            for (size_t k = 0; k < terms.size() && all; ++k)
+                all = FindCriterion::matches(cell(r, columns[k]), terms[k], m_fields[columns[k]]);
+            if (all)
+                row = r;
         }
-        if (row >= from)
-            return found(row);
     }
-
-    for (int r = qMax(from, 0); r < m_rows; ++r) {
-        if (m_deleted[r])
-            continue;
-        bool all = true;
-        for (size_t k = 0; k < terms.size() && all; ++k)
-            all = FindCriterion::matches(cell(r, columns[k]), terms[k], m_fields[columns[k]]);
-        if (all)
-            return found(r);
+    m_noMatch = row < 0;
+    if (!m_noMatch) {
+        m_editMode = EditNone;
+        m_pos = row;
     }
-    m_noMatch = true;
-    return false;
+    return !m_noMatch;
 }

@@ -55,10 +55,9 @@ public:
     // The bookmark of the row last added or edited, -1 when there is none.
     int lastModified() const { return m_lastModified; }
 
-    // Moves to the first (next) row that meets a criterion of the form
-    // "Column op value" (=, <>, <, <=, >, >=, LIKE, Is [Not] Null; joined by AND),
-    // values being numbers, "text" or 'text', True or False. When no row matches
-    // noMatch() turns true and the position stays where it was.
+    // Moves to the first (next) row that meets a criterion (FindCriterion: "Column
+    // op value" terms joined by AND). Throws CvError 3077 when the criterion cannot be
+    // read. When no row matches noMatch() turns true and the position stays.
     bool findFirst(const QString &criterion);
     bool findNext(const QString &criterion);
     bool noMatch() const { return m_noMatch; }
@@ -103,6 +102,7 @@ private:
     QVariant &cellRef(int row, int column);
     template <typename... Args> void appendCell(Args &&...args);
     int checkedIndex(int index) const;
+    int checkedIndex(const QString &name) const; // throws CvError 3265 for an unknown name
     int skipDeleted(int row, int step) const;
     bool find(const QString &criterion, int from);
 
