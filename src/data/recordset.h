@@ -119,7 +119,6 @@ private:
     int m_rows = 0;  // rows read or added, deleted ones included
     int m_deletedCount = 0;
     int m_pos = -1; // -1 before the first row, m_rows past the last
-    bool m_onDeleted = false;
     bool m_noMatch = false;
     int m_lastModified = -1;
     qint64 m_lastInsertId = 0;
