@@ -99,75 +99,61 @@ TEST(DatabaseTest, ActionStatementsReportRowsAndFailWithTheDatabaseMessage)
     EXPECT_THROW(db.execute("DELETE * FROM Banks"), CvError);
 }
 
-TEST(DatabaseTest, AFailureInsideATransactionLeavesAutocommitSoLaterWritesPersist)
+// A failed statement ends the transaction at once, so that later writes are not lost
+// in one left open; transaction() keeps all of its work or none, a nested one undoing
+// only its own part.
+TEST(DatabaseTest, TransactionsKeepAllOrNothing)
 {
     TempSuite suite;
     Fixture::fill(suite);
-    {
-        Database db(suite.farmPath());
-        db.beginTransaction();
-        db.execute("INSERT INTO Banks VALUES (10, \"Lost\", 0)");
-        // A duplicate key fails without SQLite ending the transaction by itself.
-        EXPECT_THROW(db.execute("INSERT INTO Banks VALUES (1, \"Duplicate\", 0)"), CvError);
-        EXPECT_FALSE(db.inTransaction());
-        EXPECT_THROW(db.commit(), CvError);
-        db.execute("INSERT INTO Banks VALUES (11, \"Kept\", 0)");
-    }
-    Database reader(suite.farmPath());
-    EXPECT_EQ(count(reader, "SELECT * FROM Banks WHERE BanksID = 11"), 1);
-    EXPECT_EQ(count(reader, "SELECT * FROM Banks WHERE BanksID = 10"), 0);
-}
-
-TEST(DatabaseTest, ChildRowsAreReplacedInOneTransactionOrNotAtAll)
-{
-    TempSuite suite;
-    Fixture::fill(suite);
-    Database db(suite.wagePath());
-    const QString rows = "SELECT DeductID FROM EmployeeDeductions WHERE EmployeeID = 5 AND "
-                         "TaxName Is Null ORDER BY DeductID";
-    auto replace = [&](const QVariant &amount) {
-        db.transaction([&] {
-            db.execute("Delete * FROM EmployeeDeductions Where EmployeeID=5 AND TaxName is null");
-            Recordset rs(db, "EmployeeDeductions");
-            rs.addNew();
-            rs.setValue("EmployeeID", 5);
-            rs.setValue("DeductID", 5);
-            rs.update();
-            rs.addNew();
-            rs.setValue("EmployeeID", 5);
-            rs.setValue("DeductID", 3);
-            rs.setValue("FixedAmount", amount); // "abc" throws here, midway
-            rs.update();
-        });
-    };
-    EXPECT_THROW(replace("abc"), CvError);
-    EXPECT_FALSE(db.inTransaction());
-    EXPECT_EQ(count(db, rows), 2);
-    EXPECT_EQ(Recordset(db, rows).value(0).toInt(), 3);
-
-    replace("7.5");
-    EXPECT_EQ(count(db, rows), 2);
-    EXPECT_EQ(Recordset(db, rows).value(0).toInt(), 3);
-    Recordset last(db, "SELECT FixedAmount FROM EmployeeDeductions WHERE DeductID = 3 AND "
-                       "EmployeeID = 5");
-    EXPECT_EQ(last.value(0).value<Money>(), Money::fromScaled(75000));
-}
-
-TEST(DatabaseTest, NestedTransactionsRollBackOnlyTheirOwnPart)
-{
-    TempSuite suite;
     Database db(suite.farmPath());
+    db.beginTransaction();
+    db.execute("INSERT INTO Banks VALUES (10, \"Lost\", 0)");
+    // A duplicate key fails without SQLite ending the transaction by itself.
+    EXPECT_THROW(db.execute("INSERT INTO Banks VALUES (1, \"Duplicate\", 0)"), CvError);
+    EXPECT_FALSE(db.inTransaction());
+    EXPECT_THROW(db.commit(), CvError);
+    db.execute("INSERT INTO Banks VALUES (11, \"Kept\", 0)");
     db.transaction([&] {
-        db.execute("INSERT INTO Banks VALUES (1, \"Outer\", 0)");
+        db.execute("INSERT INTO Banks VALUES (12, \"Outer\", 0)");
         EXPECT_THROW(db.transaction([&] {
-            db.execute("INSERT INTO Banks VALUES (2, \"Inner\", 0)");
+            db.execute("INSERT INTO Banks VALUES (13, \"Inner\", 0)");
             throw CvError(CvError::InvalidProcedureCall, "test", "inner work failed");
         }),
                      CvError);
         EXPECT_TRUE(db.inTransaction());
     });
-    EXPECT_EQ(count(db, "Banks"), 1);
-    EXPECT_EQ(Recordset(db, "Banks").value("Name").toString(), "Outer");
+    Database reader(suite.farmPath());
+    EXPECT_EQ(count(reader, "SELECT * FROM Banks WHERE BanksID BETWEEN 10 AND 13"), 2);
+    EXPECT_EQ(count(reader, "SELECT * FROM Banks WHERE BanksID IN (11, 12)"), 2);
+
+    // Child rows replaced by delete and add: a failure midway leaves the old ones.
+    Database wage(suite.wagePath());
+    const QString rows = "SELECT DeductID, FixedAmount FROM EmployeeDeductions WHERE "
+                         "EmployeeID = 5 AND TaxName Is Null ORDER BY DeductID";
+    auto replace = [&](const QVariant &amount) {
+        wage.transaction([&] {
+            wage.execute("Delete * FROM EmployeeDeductions Where EmployeeID=5 AND TaxName is null");
+            Recordset rs(wage, "EmployeeDeductions");
+            for (int deduction : {5, 3}) {
+                rs.addNew();
+                rs.setValue("EmployeeID", 5);
+                rs.setValue("DeductID", deduction);
+                if (deduction == 3)
+                    rs.setValue("FixedAmount", amount); // "abc" throws here, midway
+                rs.update();
+            }
+        });
+    };
+    EXPECT_THROW(replace("abc"), CvError);
+    EXPECT_FALSE(wage.inTransaction());
+    Recordset before(wage, rows);
+    EXPECT_EQ(before.recordCount(), 2);
+    EXPECT_EQ(before.value(1).value<Money>(), Money::fromUnits(10)); // DeductID 3, as it was
+    replace("7.5");
+    Recordset after(wage, rows);
+    EXPECT_EQ(after.recordCount(), 2);
+    EXPECT_EQ(after.value(1).value<Money>(), Money::fromScaled(75000));
 }
 
 TEST(DatabaseTest, AnotherWriterMakesUsWaitThenFailCleanly)
