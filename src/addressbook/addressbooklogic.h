@@ -1,5 +1,7 @@
 #pragma once
 
+#include "addressbook/addressfields.h"
+#include "addressbook/addressstore.h"
 #include "controls/combolist.h"
 #include "startup/suitecolour.h"
 
@@ -14,7 +16,7 @@ class Database;
 class HelpOpener;
 class InputBoxService;
 class PayDetailsOpener;
-class WageTabHook;
+class PayInformationTab;
 
 // The logic of the address book window (frmAddresses): which entries the name
 // list holds, which entry is shown, what is written back when the user moves
@@ -25,58 +27,22 @@ class WageTabHook;
 //
 // Messages go through SuiteMessageBox (the installed MessageService); the
 // input box, the pay details dialog, the help viewer and the pay information
-// tab are reached through the interfaces set below, each optional.
+// tab are reached through the interfaces set below, each optional. The text
+// boxes of the first tab are described in addressfields.h; the data comes and
+// goes through AddressStore.
 //
-// The text boxes of the first tab, by index, and the Addresses column each one
-// is bound to:
-//
-//   0 BusName           9 BusCity           18 BusBankAcName
-//   1 ContactTitle     10 BusState          19 BusBankAcbank
-//   2 ContactInitials  11 BusCountry        20 BusBankAcBranch
-//   3 contactFirstName 12 BusPostCode       21 BusBankAcNo
-//   4 ContactLastName  13 BusPhone          22 BusBankAcSuffix
-//   5 BusAddress1      14 BusFax            23 CustomerNumber
-//   6 BusAddress2      15 BusCellular       24 TaxNumber
-//   7 BusAddress3      16 ContactEmail
-//   8 BusPOBox         17 BusWeb
-//
-// The two check boxes are WageFlag ("Show in Wagebook") and BusinessFlag
-// ("Show in Cashbook"); the heading list holds HeadingAccount; the notes box
-// on the notes tab holds notes.
+// Errors: each event member and each of the window's procedures below catches
+// what fails under it and reports it once, naming itself; the private helpers
+// throw.
 class AddressBookLogic : public QObject
 {
     Q_OBJECT
 public:
-    enum Field : int {
-        BusName = 0,
-        ContactTitle,
-        ContactInitials,
-        ContactFirstName,
-        ContactLastName,
-        BusAddress1,
-        BusAddress2,
-        BusAddress3,
-        BusPOBox,
-        BusCity,
-        BusState,
-        BusCountry,
-        BusPostCode,
-        BusPhone,
-        BusFax,
-        BusCellular,
-        ContactEmail,
-        BusWeb,
-        BusBankAcName,
-        BusBankAcBank,
-        BusBankAcBranch,
-        BusBankAcNo,
-        BusBankAcSuffix,
-        CustomerNumber,
-        TaxNumber,
-    };
-    static constexpr int FieldCount = 25;
-
-    enum Flag : int { WageFlag = 0, BusinessFlag = 1 };
+    using Field = AddressFields::Field;
+    using Flag = AddressFields::Flag;
+    using enum AddressFields::Field;
+    using enum AddressFields::Flag;
+    static constexpr int FieldCount = AddressFields::Count;
 
     // The country's layout of the four bank boxes (19 to 22). Their captions
     // and maximum lengths are given by fieldCaption() and maxLength().
@@ -109,7 +75,7 @@ public:
     void setInputBox(InputBoxService *inputBox);
     void setPayDetailsOpener(PayDetailsOpener *opener);
     void setHelpOpener(HelpOpener *opener);
-    void setWageTab(WageTabHook *wageTab);
+    void setWageTab(PayInformationTab *wageTab);
 
     // ---- Events the view forwards -------------------------------------------
 
@@ -180,6 +146,8 @@ public:
     static QString lastWord(const QString &name);
     // The Addresses column of a text box.
     static QString columnName(int field);
+    // How many characters the box shows; a longer maximum lets it grow to it.
+    int boxChars(int field) const;
 
     // ---- State to show ------------------------------------------------------
 
@@ -254,7 +222,7 @@ private:
 
     void touch();
     Database &farm() const;
-    Database &wage() const;
+    AddressStore store() const { return AddressStore(farm()); }
     void setBusy(bool busy);
     void cmbNameClick();
     bool saveTab(int tab);
@@ -264,19 +232,17 @@ private:
     bool showRow(qint32 addressId);
     void showHeading(const QVariant &headingAccount);
     void leaveShownEntry();
-    std::vector<int> writeBoundFields();
-    bool boundFieldsChanged() const;
+    std::vector<int> changedFields() const;
+    std::vector<int> changedFlags() const;
     void saveHeadingChoice();
-    void fillHeadingList();
     void setCaptions();
-    bool noWages(qint32 addressId);
-    bool noTransactions(qint32 addressId);
+    void refreshList();
 
     std::unique_ptr<Database> m_farm;
     InputBoxService *m_inputBox = nullptr;
     PayDetailsOpener *m_payOpener = nullptr;
     HelpOpener *m_helpOpener = nullptr;
-    WageTabHook *m_wageTab = nullptr;
+    PayInformationTab *m_wageTab = nullptr;
 
     bool m_loaded = false;
     bool m_employeeMode = false;
@@ -284,13 +250,11 @@ private:
     // The shown row: its values as read, and as the user has them now.
     qint32 m_shownId = 0;
     qint32 m_employeeId = 0;
-    std::array<QString, FieldCount> m_fields;
-    std::array<QString, FieldCount> m_storedFields;
+    AddressStore::Values m_values;
+    AddressStore::Values m_stored;
     // Values the column refused: reported once, kept on screen, not retried
     // until the user edits them.
     std::array<bool, FieldCount> m_refused{};
-    bool m_flags[2] = {false, false};
-    bool m_storedFlags[2] = {false, false};
     QString m_protectedText; // boxes 0 and 4: the text they had on focus in
 
     ComboList m_nameList;
