@@ -127,7 +127,7 @@ void AddressBookLogic::load()
     m_employeeSwitchToolTip = AddressTexts::HideFormerEmployees;
     try {
         m_farm = openSuiteDatabase();
-        setCaptions();
+        m_form = AddressForm(countryCode(), ::taxNumberCaption());
         m_helpFile = helpFolder() + u'/' + kHelpFileName;
         AddressGlobals::helpFilePath = m_helpFile;
         m_helpTopic = helpContextId(QStringLiteral("AddressBook"));
@@ -143,40 +143,6 @@ void AddressBookLogic::load()
         // later event finds no data files and does nothing.
         m_farm.reset();
         showErrorReport(e, origin("Form_Load"));
-    }
-}
-
-void AddressBookLogic::setCaptions()
-{
-    m_captions.showInCashbook = QStringLiteral("Show in Cashbook");
-    m_captions.showInWagebook = QStringLiteral("Show in Wagebook");
-    m_captions.cashbookHeading = QStringLiteral("Cashbook Heading");
-    m_captions.employeeSwitch = QStringLiteral("Show Current Employees Only");
-    m_captions.notesHint = QStringLiteral("Ctrl Enter for a new line");
-    m_captions.mergeRemark =
-        QStringLiteral("Address Book information can be merged into Notepad files");
-    m_captions.add = QStringLiteral("&Add");
-    m_captions.remove = QStringLiteral("&Delete");
-    m_captions.close = QStringLiteral("&Close");
-    m_captions.editPays = QStringLiteral("&Edit Pay Details");
-    m_taxNumberCaption = ::taxNumberCaption();
-
-    m_bankLayout = BankLayout();
-    m_branchMaxLength = AddressFields::table[BusBankAcBranch].maxLength;
-    switch (countryCode()) {
-    case 61: // the BSB as two halves of three digits
-        m_bankLayout.groupCaption = QStringLiteral("BSB");
-        m_bankLayout.hyphenVisible = true;
-        m_bankLayout.suffixVisible = false;
-        m_bankLayout.branchAsWideAsBank = true;
-        m_branchMaxLength = 3;
-        break;
-    case 27:
-        m_bankLayout.hyphenVisible = true;
-        m_branchMaxLength = 6;
-        break;
-    default:
-        break;
     }
 }
 
@@ -417,37 +383,6 @@ QString AddressBookLogic::field(int field) const
 bool AddressBookLogic::flag(Flag flag) const
 {
     return m_values.flags[flag == WageFlag ? 0 : 1];
-}
-
-int AddressBookLogic::maxLength(int field) const
-{
-    if (!isField(field))
-        return 0;
-    return field == BusBankAcBranch ? m_branchMaxLength
-                                    : AddressFields::table[std::size_t(field)].maxLength;
-}
-
-int AddressBookLogic::boxChars(int field) const
-{
-    if (field != BusBankAcBranch)
-        return isField(field) ? AddressFields::table[std::size_t(field)].boxChars : 0;
-    return qMin(m_branchMaxLength, AddressFields::WideBoxChars);
-}
-
-QString AddressBookLogic::fieldCaption(int field) const
-{
-    if (!isField(field))
-        return QString();
-    if (field == TaxNumber)
-        return m_taxNumberCaption;
-    if (!m_bankLayout.suffixVisible && (field == BusBankAcBranch || field == BusBankAcSuffix))
-        return QString();
-    return AddressFields::table[std::size_t(field)].caption;
-}
-
-QString AddressBookLogic::taxNumberCaption() const
-{
-    return m_taxNumberCaption;
 }
 
 void AddressBookLogic::editField(int field, const QString &text)

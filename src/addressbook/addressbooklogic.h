@@ -1,6 +1,7 @@
 #pragma once
 
 #include "addressbook/addressfields.h"
+#include "addressbook/addressform.h"
 #include "addressbook/addressstore.h"
 #include "controls/combolist.h"
 #include "startup/suitecolour.h"
@@ -44,28 +45,8 @@ public:
     using enum AddressFields::Flag;
     static constexpr int FieldCount = AddressFields::Count;
 
-    // The country's layout of the four bank boxes (19 to 22). Their captions
-    // and maximum lengths are given by fieldCaption() and maxLength().
-    struct BankLayout
-    {
-        QString groupCaption = QStringLiteral("Bank"); // "BSB" in Australia
-        QString remark = QStringLiteral("Required for electronic payments ");
-        bool hyphenVisible = false; // the "-" between the bank and branch boxes
-        bool suffixVisible = true;
-        bool branchAsWideAsBank = false;
-    };
-
-    // Texts of the window besides the field captions.
-    struct Captions
-    {
-        QString showInCashbook;               // check box of BusinessFlag
-        QString showInWagebook;               // check box of WageFlag
-        QString cashbookHeading;              // label of the heading list
-        QString employeeSwitch;               // label of chk_employee
-        QString notesHint;                    // "Ctrl Enter for a new line"
-        QString mergeRemark;                  // the remark about Notepad files
-        QString add, remove, close, editPays; // button texts with their accelerators
-    };
+    using BankLayout = AddressForm::BankLayout;
+    using Captions = AddressForm::Captions;
 
     explicit AddressBookLogic(QObject *parent = nullptr);
     ~AddressBookLogic() override;
@@ -146,8 +127,6 @@ public:
     static QString lastWord(const QString &name);
     // The Addresses column of a text box.
     static QString columnName(int field);
-    // How many characters the box shows; a longer maximum lets it grow to it.
-    int boxChars(int field) const;
 
     // ---- State to show ------------------------------------------------------
 
@@ -156,14 +135,15 @@ public:
 
     QString field(int field) const;
     bool flag(Flag flag) const;
-    // 0 when the box takes any length.
-    int maxLength(int field) const;
-    // Empty for the second and third street address lines, and for the
-    // branch and suffix in the Australian layout.
-    QString fieldCaption(int field) const;
-    QString taxNumberCaption() const;
-    const BankLayout &bankLayout() const { return m_bankLayout; }
-    const Captions &captions() const { return m_captions; }
+    // The boxes' limits, widths and captions, and the window's other texts, as the
+    // country has them.
+    const AddressForm &form() const { return m_form; }
+    int maxLength(int field) const { return m_form.maxLength(field); }
+    int boxChars(int field) const { return m_form.boxChars(field); }
+    QString fieldCaption(int field) const { return m_form.fieldCaption(field); }
+    QString taxNumberCaption() const { return m_form.taxNumberCaption(); }
+    const BankLayout &bankLayout() const { return m_form.bankLayout(); }
+    const Captions &captions() const { return m_form.captions(); }
 
     const ComboList &nameList() const { return m_nameList; }
     const ComboList &headingList() const { return m_headingList; }
@@ -235,7 +215,6 @@ private:
     std::vector<int> changedFields() const;
     std::vector<int> changedFlags() const;
     void saveHeadingChoice();
-    void setCaptions();
     void refreshList();
 
     std::unique_ptr<Database> m_farm;
@@ -274,10 +253,7 @@ private:
     bool m_employeeSwitchChecked = false;
     QString m_employeeSwitchToolTip;
 
-    BankLayout m_bankLayout;
-    Captions m_captions;
-    QString m_taxNumberCaption;
-    int m_branchMaxLength = 4;
+    AddressForm m_form;
     SuiteColour m_headerColour;
     QString m_helpFile;
     QString m_helpTopic;

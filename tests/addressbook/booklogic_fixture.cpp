@@ -4,12 +4,9 @@
 #include "data/recordset.h"
 #include "startup/addressglobals.h"
 
-#include <QSqlQuery>
-
-QString ScriptedInput::ask(const QString &prompt, const QString &title, const QString &)
+QString BookDoubles::ask(const QString &prompt, const QString &title, const QString &)
 {
-    prompts << prompt;
-    titles << title;
+    prompts << title + ": " + prompt;
     if (answers.empty())
         return QString();
     const QString answer = answers.front();
@@ -20,9 +17,9 @@ QString ScriptedInput::ask(const QString &prompt, const QString &title, const QS
 BookLogicTest::BookLogicTest()
 {
     AddressGlobals::reset();
-    logic.setInputBox(&input);
-    logic.setPayDetailsOpener(&openers);
-    logic.setHelpOpener(&openers);
+    logic.setInputBox(&doubles);
+    logic.setPayDetailsOpener(&doubles);
+    logic.setHelpOpener(&doubles);
 }
 
 BookLogicTest::~BookLogicTest()
@@ -34,10 +31,7 @@ namespace {
 
 QString sqlValue(const QVariant &v)
 {
-    if (v.isNull())
-        return QStringLiteral("NULL");
-    QString text = v.toString();
-    return u'\'' + text.replace(u'\'', QStringLiteral("''")) + u'\'';
+    return v.isNull() ? QStringLiteral("NULL") : "'" + v.toString().replace("'", "''") + "'";
 }
 
 QVariant firstValue(const QString &path, const QString &sql)
@@ -60,12 +54,11 @@ void BookLogicTest::addAddress(qint32 id, const QVariant &name, bool wageFlag)
 
 void BookLogicTest::addEmployee(qint32 employeeId, qint32 addressId, const QVariant &dateFinished)
 {
-    suite.execWage(
-        QStringLiteral("INSERT INTO Employees (EmployeeID, AddressID, Datefinished) "
-                       "VALUES (%1, %2, %3)")
-            .arg(employeeId)
-            .arg(addressId)
-            .arg(dateFinished.isNull() ? QStringLiteral("NULL") : dateFinished.toString()));
+    suite.execWage(QStringLiteral("INSERT INTO Employees (EmployeeID, AddressID, Datefinished) "
+                                  "VALUES (%1, %2, %3)")
+                       .arg(employeeId)
+                       .arg(addressId)
+                       .arg(dateFinished.isNull() ? "NULL" : dateFinished.toString()));
 }
 
 void BookLogicTest::start(qint16 launchMode, qint32 currentAddressId)
@@ -84,14 +77,6 @@ QStringList BookLogicTest::listed() const
     return names;
 }
 
-std::vector<qint32> BookLogicTest::listedIds() const
-{
-    std::vector<qint32> ids;
-    for (const ComboItem &item : logic.nameList().items())
-        ids.push_back(item.data);
-    return ids;
-}
-
 QVariant BookLogicTest::farmValue(const QString &sql) const
 {
     return firstValue(suite.farmPath(), sql);
@@ -102,12 +87,23 @@ QVariant BookLogicTest::wageValue(const QString &sql) const
     return firstValue(suite.wagePath(), sql);
 }
 
-qint64 BookLogicTest::farmCount(const QString &whereClause) const
+QVariant BookLogicTest::stored(const char *column, qint32 id) const
 {
-    return farmValue(QStringLiteral("SELECT Count(*) FROM Addresses ") + whereClause).toLongLong();
+    return farmValue(QStringLiteral("SELECT %1 FROM Addresses WHERE AddressID = %2")
+                         .arg(QLatin1String(column))
+                         .arg(id));
 }
 
-int BookLogicTest::indexOf(const QString &name) const
+qint64 BookLogicTest::farmCount(const QString &where) const
 {
-    return int(listed().indexOf(name));
+    return farmValue("SELECT Count(*) FROM Addresses " + where).toLongLong();
+}
+
+MessageRequest BookLogicTest::onlyMessage()
+{
+    EXPECT_EQ(messages.requests.size(), 1u) << messages.titles().join(", ").toStdString();
+    const MessageRequest r =
+        messages.requests.empty() ? MessageRequest() : messages.requests.back();
+    messages.requests.clear();
+    return r;
 }

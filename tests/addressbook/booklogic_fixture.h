@@ -4,7 +4,6 @@
 #include "addressbook/helpopener.h"
 #include "addressbook/paydetailsopener.h"
 #include "controls/inputboxservice.h"
-#include "startup/messageservice.h"
 #include "support/messagerecorder.h"
 #include "support/tempsuite.h"
 
@@ -14,31 +13,25 @@
 #include <QVariant>
 #include <vector>
 
-using BookMessages = MessageRecorder;
+using Book = AddressBookLogic;
 
-// Answers the input box with the queued texts; empty (cancel) when none is left.
-class ScriptedInput : public InputBoxService
+// The address window's services as a test drives them: the input box answers with
+// the queued texts (then cancel), the openers keep what they were asked.
+class BookDoubles : public InputBoxService, public PayDetailsOpener, public HelpOpener
 {
 public:
-    QString ask(const QString &prompt, const QString &title, const QString &defaultText) override;
-
-    std::deque<QString> answers;
-    QStringList prompts;
-    QStringList titles;
-};
-
-class RecordingOpeners : public PayDetailsOpener, public HelpOpener
-{
-public:
+    QString ask(const QString &prompt, const QString &title, const QString &) override;
     void openPayDetails(qint32 addressId) override { payDetails.push_back(addressId); }
-    void openHelp(const QString &helpFile, const QString &topic) override
+    void openHelp(const QString &file, const QString &topic) override
     {
-        helpCalls << helpFile + u'#' + topic;
+        help << file + '#' + topic;
     }
     void closeHelp() override { ++helpClosed; }
 
+    std::deque<QString> answers;
+    QStringList prompts; // "title: prompt"
     std::vector<qint32> payDetails;
-    QStringList helpCalls;
+    QStringList help;
     int helpClosed = 0;
 };
 
@@ -52,22 +45,22 @@ protected:
     // Rows straight into the data files; identifiers are given, not assigned.
     void addAddress(qint32 id, const QVariant &name, bool wageFlag = false);
     void addEmployee(qint32 employeeId, qint32 addressId, const QVariant &dateFinished = {});
-
     // Loads and shows the window in the mode.
     void start(qint16 launchMode, qint32 currentAddressId = 0);
+    void choose(const QString &name) { logic.chooseName(int(listed().indexOf(name))); }
 
     QStringList listed() const;
-    std::vector<qint32> listedIds() const;
-    // The first column of the first row of a query on a data file; an
-    // invalid value when there is none or it is Null.
+    // The first column of the first row of a query on a data file; an invalid value when
+    // there is none or it is Null.
     QVariant farmValue(const QString &sql) const;
     QVariant wageValue(const QString &sql) const;
-    qint64 farmCount(const QString &whereClause = QString()) const;
-    int indexOf(const QString &name) const;
+    QVariant stored(const char *column, qint32 id = 1) const;
+    qint64 farmCount(const QString &where = QString()) const;
+    // The one message shown since the last call, cleared.
+    MessageRequest onlyMessage();
 
     TempSuite suite;
-    BookMessages messages;
-    ScriptedInput input;
-    RecordingOpeners openers;
+    MessageRecorder messages;
+    BookDoubles doubles;
     AddressBookLogic logic;
 };
