@@ -12,8 +12,8 @@
 //                            had closed them.
 #include "addressbook/ui/addressbookwindowfactory.h"
 #include "controls/ui/dialogmessageservice.h"
-#include "startup/addressglobals.h"
-#include "startup/entryroutine.h"
+#include "launch/addressglobals.h"
+#include "launch/entryroutine.h"
 
 #include <cstdio>
 #include <QApplication>

@@ -3,8 +3,8 @@
 // in both modes, showing another entry, and opening the window.
 #include "addressbook/addressbooklogic.h"
 #include "benchbook.h"
-#include "startup/addressglobals.h"
-#include "startup/messageservice.h"
+#include "launch/addressglobals.h"
+#include "messages/messageservice.h"
 #include "suitefiles.h"
 
 #include <benchmark/benchmark.h>

@@ -6,7 +6,7 @@
 #include "data/database.h"
 #include "paydetails/deductiongrid.h"
 #include "paydetails/paydetailseditor.h"
-#include "startup/addressglobals.h"
+#include "launch/addressglobals.h"
 #include "suitefiles.h"
 
 #include <benchmark/benchmark.h>

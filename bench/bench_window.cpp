@@ -5,8 +5,8 @@
 #include "addressbook/ui/addressbookwindow.h"
 #include "addressbook/ui/frmaddresses.h"
 #include "benchbook.h"
-#include "startup/addressglobals.h"
-#include "startup/messageservice.h"
+#include "launch/addressglobals.h"
+#include "messages/messageservice.h"
 #include "suitefiles.h"
 
 #include <benchmark/benchmark.h>

@@ -3,7 +3,7 @@
 // What every benchmark program shares: bulk books made once per size and kept
 // for the run, and a message service that reports instead of waiting for a
 // person.
-#include "startup/messageservice.h"
+#include "messages/messageservice.h"
 #include "suitefiles.h"
 
 #include <benchmark/benchmark.h>

@@ -2,10 +2,10 @@
 // commas, then the number and boolean conversions. Properties: nothing but
 // CvError is raised; ExtractField agrees with QString::split for any delimiter
 // (the first byte picks it) and any index.
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "fuzzcheck.h"
-#include "startup/conversions.h"
-#include "startup/extractfield.h"
+#include "core/conversions.h"
+#include "core/extractfield.h"
 
 #include <limits>
 #include <QStringList>

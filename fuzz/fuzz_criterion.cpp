@@ -2,7 +2,7 @@
 // a column of each type. Properties: nothing but CvError is raised; a find ends
 // (scripts/fuzz runs with a timeout); found and noMatch agree, and findNext
 // never goes back.
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/database.h"
 #include "data/recordset.h"
 #include "fuzzcheck.h"

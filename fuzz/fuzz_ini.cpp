@@ -2,8 +2,8 @@
 // whatever the file holds; a value written reads back as written, and writing
 // one key leaves another key's value alone.
 #include "fuzzcheck.h"
-#include "startup/profilestring.h"
-#include "startup/readini.h"
+#include "config/profilestring.h"
+#include "config/readini.h"
 
 #include <QDir>
 #include <QFile>

@@ -2,7 +2,7 @@
 // CvError 3075; the cached translation matches the text returned; the FROM
 // offset it reports points at a FROM keyword; any text quoted with quote()
 // comes out as the same text in an SQLite literal.
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/jetsql.h"
 #include "fuzzcheck.h"
 

@@ -2,10 +2,10 @@
 // built on it (textToInt16/Int32/Bool). Properties: a number read prints and
 // reads back to the same double; the conversions raise nothing but CvError and
 // agree with numericValue about what is a number.
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "fuzzcheck.h"
-#include "startup/conversions.h"
-#include "startup/numerictext.h"
+#include "core/conversions.h"
+#include "core/numerictext.h"
 
 #include <cmath>
 

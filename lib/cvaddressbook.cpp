@@ -1,7 +1,7 @@
 // The public library's own part: it puts the real window behind CvAddress. Everything else
 // the callers use is the module's own code, linked in whole.
 #include "addressbook/ui/addressbookwindowfactory.h"
-#include "startup/addressglobals.h"
+#include "launch/addressglobals.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
 #include "bookwriter.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 
 #include <QSqlError>
 #include <QUuid>

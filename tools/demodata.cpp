@@ -2,7 +2,7 @@
 // the side, its staff past and present, and the people it deals with.
 #include "suitedata.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 
 #include <QHash>
 #include <QList>

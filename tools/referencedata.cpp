@@ -1,6 +1,6 @@
 #include "suitedata.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 
 #include <QLocale>
 

@@ -1,7 +1,7 @@
 #include "suitefiles.h"
 
 #include "bookwriter.h"
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "suitedata.h"
 #include "suiteswitch.h"
 

@@ -24,7 +24,7 @@
 // replaced by its link, which shows the very same file.
 #include "suiteswitch.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "suitefiles.h"
 
 #include <QDateTime>

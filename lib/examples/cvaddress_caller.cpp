@@ -9,10 +9,10 @@
 //
 // The suite's files are found as the module finds them (CORVANE_SHARED_DOCUMENTS). An error
 // is printed as "Error <number>: <description>" and ends the program with status 1.
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/database.h"
 #include "data/recordset.h"
-#include "startup/cvaddress.h"
+#include "launch/cvaddress.h"
 
 #include <cstdio>
 #include <memory>

@@ -4,7 +4,7 @@
 #include "addressbook/addressform.h"
 #include "addressbook/addressstore.h"
 #include "controls/combolist.h"
-#include "startup/suitecolour.h"
+#include "config/suitecolour.h"
 
 #include <array>
 #include <memory>

@@ -1,7 +1,7 @@
 #include "controls/alphalistgeometry.h"
 
-#include "data/cverror.h"
-#include "startup/numerictext.h"
+#include "core/cverror.h"
+#include "core/numerictext.h"
 
 #include <cmath>
 #include <limits>

@@ -2,7 +2,7 @@
 
 #include "controls/alphalistcanvas.h"
 #include "controls/alphalistgeometry.h"
-#include "data/cverror.h"
+#include "core/cverror.h"
 
 using namespace AlphaListGeometry;
 

@@ -1,7 +1,7 @@
 #include "controls/alphalistproperties.h"
 
 #include "controls/alphalistgeometry.h"
-#include "data/cverror.h"
+#include "core/cverror.h"
 
 #include <limits>
 

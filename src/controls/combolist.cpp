@@ -1,6 +1,6 @@
 #include "controls/combolist.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 
 void ComboList::clear()
 {

@@ -1,16 +1,16 @@
 #include "controls/filldaovbcombo.h"
 
 #include "controls/combolist.h"
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/database.h"
 #include "data/money.h"
 #include "data/recordset.h"
 #include "data/serialdate.h"
-#include "startup/conversions.h"
-#include "startup/errorreport.h"
-#include "startup/messageservice.h"
-#include "startup/numerictext.h"
-#include "startup/settings.h"
+#include "core/conversions.h"
+#include "messages/errorreport.h"
+#include "messages/messageservice.h"
+#include "core/numerictext.h"
+#include "config/settings.h"
 
 #include <QDateTime>
 

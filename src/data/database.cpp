@@ -1,6 +1,6 @@
 #include "data/database.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/databasestate.h"
 #include "data/jetsql.h"
 

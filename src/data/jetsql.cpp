@@ -1,6 +1,6 @@
 #include "data/jetsql.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/serialdate.h"
 
 #include <QHash>

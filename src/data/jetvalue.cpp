@@ -1,6 +1,6 @@
 #include "data/jetvalue.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/money.h"
 #include "data/serialdate.h"
 

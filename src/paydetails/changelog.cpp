@@ -3,8 +3,8 @@
 #include "data/database.h"
 #include "data/money.h"
 #include "data/serialdate.h"
-#include "startup/clock.h"
-#include "startup/translate.h"
+#include "core/clock.h"
+#include "core/translate.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "paydetails/deductiongrid.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/money.h"
-#include "startup/numerictext.h"
+#include "core/numerictext.h"
 
 #include <QLocale>
 

@@ -1,13 +1,13 @@
 #include "paydetails/deductions.h"
 
 #include "controls/filldaovbcombo.h"
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/database.h"
 #include "data/money.h"
 #include "data/recordset.h"
 #include "paydetails/deductiongrid.h"
-#include "startup/errorreport.h"
-#include "startup/numerictext.h"
+#include "messages/errorreport.h"
+#include "core/numerictext.h"
 
 #include <algorithm>
 #include <QLocale>

@@ -1,11 +1,11 @@
 #include "paydetails/employeedefaults.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/database.h"
 #include "data/jetsql.h"
 #include "data/recordset.h"
-#include "startup/errorreport.h"
-#include "startup/suiteconfig.h"
+#include "messages/errorreport.h"
+#include "config/suiteconfig.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 #include "paydetails/kiwisaver.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/database.h"
 #include "data/recordset.h"
 #include "paydetails/deductions.h"
-#include "startup/errorreport.h"
+#include "messages/errorreport.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "paydetails/paydetailseditor.h"
 
 #include "controls/filldaovbcombo.h"
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/database.h"
 #include "data/money.h"
 #include "data/recordset.h"
@@ -12,14 +12,14 @@
 #include "paydetails/employeedefaults.h"
 #include "paydetails/kiwisaver.h"
 #include "paydetails/paylists.h"
-#include "startup/clock.h"
-#include "startup/errorreport.h"
-#include "startup/messageservice.h"
-#include "startup/payeinfo.h"
-#include "startup/savechanges.h"
-#include "startup/settings.h"
-#include "startup/suiteconfig.h"
-#include "startup/suitedatabase.h"
+#include "core/clock.h"
+#include "messages/errorreport.h"
+#include "messages/messageservice.h"
+#include "paydetails/payeinfo.h"
+#include "messages/savechanges.h"
+#include "config/settings.h"
+#include "config/suiteconfig.h"
+#include "config/suitedatabase.h"
 
 namespace {
 

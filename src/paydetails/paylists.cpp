@@ -4,7 +4,7 @@
 #include "data/database.h"
 #include "data/recordset.h"
 #include "paydetails/changelog.h"
-#include "startup/translate.h"
+#include "core/translate.h"
 
 namespace {
 

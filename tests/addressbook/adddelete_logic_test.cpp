@@ -3,7 +3,7 @@
 
 #include "data/database.h"
 #include "paydetails/employeedefaults.h"
-#include "startup/addressglobals.h"
+#include "launch/addressglobals.h"
 
 TEST_F(BookLogicTest, AddTrimsTheNameAllowsDuplicatesAndShowsTheNewEntry)
 {

@@ -2,7 +2,7 @@
 
 #include "data/database.h"
 #include "data/recordset.h"
-#include "startup/addressglobals.h"
+#include "launch/addressglobals.h"
 
 QString BookDoubles::ask(const QString &prompt, const QString &title, const QString &)
 {

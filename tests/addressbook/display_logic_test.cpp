@@ -1,7 +1,7 @@
 // Showing an entry, and what is written back when the user moves on.
 #include "booklogic_fixture.h"
 
-#include "startup/addressglobals.h"
+#include "launch/addressglobals.h"
 
 class DisplayLogic : public BookLogicTest
 {

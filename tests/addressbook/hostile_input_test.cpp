@@ -8,7 +8,7 @@
 #include "data/serialdate.h"
 #include "paydetails/deductiongrid.h"
 #include "paydetails/paydetailseditor.h"
-#include "startup/addressglobals.h"
+#include "launch/addressglobals.h"
 
 #include <cstdio>
 #include <optional>

@@ -3,7 +3,7 @@
 #include "controls/alphalistcanvas.h"
 #include "controls/alphalistgeometry.h"
 #include "controls/alphalistlogic.h"
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "support/errorof.h"
 #include "support/qtprinters.h"
 

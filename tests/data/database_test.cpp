@@ -1,7 +1,7 @@
 #include "fixture.h"
 #include "support/qtprinters.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/database.h"
 #include "data/money.h"
 #include "data/recordset.h"

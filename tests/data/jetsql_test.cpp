@@ -1,4 +1,4 @@
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/jetsql.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 #include "support/errorof.h"
 #include "support/qtprinters.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/database.h"
 #include "data/money.h"
 #include "data/recordset.h"

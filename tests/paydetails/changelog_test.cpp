@@ -2,7 +2,7 @@
 #include "data/database.h"
 #include "data/recordset.h"
 #include "paydetails/changelog.h"
-#include "startup/clock.h"
+#include "core/clock.h"
 #include "support/errorof.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"

@@ -1,6 +1,6 @@
 // The standing deductions grid: loading, the drop-down's country filter, the rate rules of
 // an edit, and the delete-then-insert save that must leave KiwiSaver rows alone.
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/database.h"
 #include "data/money.h"
 #include "data/recordset.h"

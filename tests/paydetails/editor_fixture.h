@@ -3,7 +3,7 @@
 #include "data/database.h"
 #include "data/recordset.h"
 #include "paydetails/paylists.h"
-#include "startup/clock.h"
+#include "core/clock.h"
 #include "support/messagerecorder.h"
 #include "support/tempsuite.h"
 

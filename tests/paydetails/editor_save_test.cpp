@@ -1,6 +1,6 @@
 // Loading and saving the pay details: the new employee's row, the close check,
 // guarded field writes, and the one transaction around the whole save.
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/money.h"
 #include "editor_fixture.h"
 #include "paydetails/deductiongrid.h"

@@ -9,7 +9,7 @@
 #include "paydetails/paydetailseditor.h"
 #include "paydetails/ui/frmpaydetails.h"
 #include "paydetails/ui/wagestab.h"
-#include "startup/messageservice.h"
+#include "messages/messageservice.h"
 #include "suitefiles.h"
 #include "support/messagerecorder.h"
 #include "support/qtprinters.h"

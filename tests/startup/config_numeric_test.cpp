@@ -1,5 +1,5 @@
 // Which setting texts count as numbers.
-#include "startup/numerictext.h"
+#include "core/numerictext.h"
 
 #include <gtest/gtest.h>
 

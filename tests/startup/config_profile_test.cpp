@@ -1,6 +1,6 @@
 // The INI reader and writer on real files.
-#include "config_home.h"
-#include "startup/profilestring.h"
+#include "support/confighome.h"
+#include "config/profilestring.h"
 #include "support/qtprinters.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 // ReadIni's value and its log lines, on a real suite folder.
-#include "config_home.h"
-#include "startup/errorlog.h"
-#include "startup/folders.h"
-#include "startup/readini.h"
-#include "startup/winini.h"
+#include "support/confighome.h"
+#include "config/errorlog.h"
+#include "config/folders.h"
+#include "config/readini.h"
+#include "config/winini.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"
 

@@ -1,11 +1,11 @@
 // Settings and the suite values derived from the INI file.
-#include "config_home.h"
-#include "startup/errorlog.h"
-#include "startup/folders.h"
-#include "startup/settings.h"
-#include "startup/suitecolour.h"
-#include "startup/suiteconfig.h"
-#include "startup/winini.h"
+#include "support/confighome.h"
+#include "config/errorlog.h"
+#include "config/folders.h"
+#include "config/settings.h"
+#include "config/suitecolour.h"
+#include "config/suiteconfig.h"
+#include "config/winini.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"
 

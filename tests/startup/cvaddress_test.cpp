@@ -1,8 +1,8 @@
 // CvAddress: the address book driven in-process by another suite program.
-#include "data/cverror.h"
-#include "startup/addressglobals.h"
-#include "startup/cvaddress.h"
-#include "startup/wagebook.h"
+#include "core/cverror.h"
+#include "launch/addressglobals.h"
+#include "launch/cvaddress.h"
+#include "launch/wagebook.h"
 #include "support/messagerecorder.h"
 #include "support/qtprinters.h"
 #include "support/standinwindow.h"

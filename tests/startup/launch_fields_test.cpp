@@ -1,5 +1,5 @@
-#include "startup/conversions.h"
-#include "startup/extractfield.h"
+#include "core/conversions.h"
+#include "core/extractfield.h"
 #include "support/errorof.h"
 
 #include <gtest/gtest.h>

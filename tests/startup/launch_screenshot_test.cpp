@@ -1,7 +1,7 @@
 // The real program's screenshot switch, as scripts use it: the first window is saved and
 // every window then closed, so the program ends by itself.
-#include "startup/wagebook.h"
-#include "startup/wagebooklistener.h"
+#include "launch/wagebook.h"
+#include "launch/wagebooklistener.h"
 #include "suitefiles.h"
 #include "support/tempsuite.h"
 

@@ -1,7 +1,7 @@
 // SuiteMessageBox, the standard error report and the ready-made messages.
-#include "data/cverror.h"
-#include "startup/addressmessages.h"
-#include "startup/errorreport.h"
+#include "core/cverror.h"
+#include "messages/addressmessages.h"
+#include "messages/errorreport.h"
 #include "support/messagerecorder.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"

@@ -1,6 +1,6 @@
 // The error log: one line per process, private, bounded; none at all for a suite
 // cvsuite made.
-#include "startup/errorlog.h"
+#include "config/errorlog.h"
 #include "suitefiles.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"

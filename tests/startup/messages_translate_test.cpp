@@ -1,6 +1,6 @@
 // Placeholder substitution.
-#include "data/cverror.h"
-#include "startup/translate.h"
+#include "core/cverror.h"
+#include "core/translate.h"
 #include "support/qtprinters.h"
 
 #include <gtest/gtest.h>

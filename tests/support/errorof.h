@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 
 // The number of the CvError that f raises, or 0 when it raises none.
 template <typename F> int errorOf(F &&f)

@@ -1,6 +1,6 @@
 #include "support/standinwindow.h"
 
-#include "startup/addressglobals.h"
+#include "launch/addressglobals.h"
 
 #include <QGuiApplication>
 #include <QTimer>

@@ -1,6 +1,6 @@
 #include "support/tempsuite.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "suitefiles.h"
 
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "bookquery.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 
 #include <gtest/gtest.h>
 #include <QCryptographicHash>

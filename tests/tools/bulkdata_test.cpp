@@ -1,5 +1,5 @@
 #include "bookquery.h"
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "suitefiles.h"
 #include "suiteswitch.h"
 

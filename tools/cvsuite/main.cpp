@@ -1,6 +1,6 @@
 // cvsuite: makes the suite's shared documents folder with empty, demo or bulk
 // books, for tests, demonstrations and benchmarks.
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "suitefiles.h"
 
 #include <QCoreApplication>

@@ -4,7 +4,7 @@
 #include "addressbook/ui/paydetailsdialogopener.h"
 #include "addressbook/ui/wagestabadapter.h"
 #include "controls/ui/inputbox.h"
-#include "startup/addresswindow.h"
+#include "launch/addresswindow.h"
 
 #include <memory>
 #include <QPointer>

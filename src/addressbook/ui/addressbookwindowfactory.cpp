@@ -1,7 +1,7 @@
 #include "addressbook/ui/addressbookwindowfactory.h"
 
 #include "addressbook/ui/addressbookwindow.h"
-#include "startup/addressglobals.h"
+#include "launch/addressglobals.h"
 
 void registerAddressBookWindow()
 {

@@ -1,7 +1,7 @@
 #include "controls/ui/alphalist.h"
 
 #include "controls/alphalistgeometry.h"
-#include "data/cverror.h"
+#include "core/cverror.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "startup/messageservice.h"
+#include "messages/messageservice.h"
 
 #include <QDialog>
 

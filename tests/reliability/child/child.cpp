@@ -9,14 +9,14 @@
 #include "../reliability.h"
 #include "addressbook/addressbooklogic.h"
 #include "controls/inputboxservice.h"
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/database.h"
 #include "data/recordset.h"
 #include "paydetails/deductiongrid.h"
 #include "paydetails/paydetailseditor.h"
-#include "startup/addressglobals.h"
-#include "startup/messageservice.h"
-#include "startup/settings.h"
+#include "launch/addressglobals.h"
+#include "messages/messageservice.h"
+#include "config/settings.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -4,21 +4,12 @@
 #include <QVariant>
 #include <QVariantList>
 
-// The seven values of one suite message, in the dialog's own order.
-struct MessageRequest
-{
-    QString prompt;
-    qint32 buttons = 0; // a MessageButtons value
-    QString caption;
-    QString title;
-    QString heading;  // ampersands already doubled by SuiteMessageBox
-    int iconKind = 6; // 6 information/warning/error, 9 question
-    bool flag = true;
-};
-
 // The buttons a message offers. Retry/Discard/Cancel asks what to do with a change
 // that could not be saved.
 enum MessageButtons : qint32 { ButtonsOk = 0, ButtonsYesNo = 4, ButtonsRetryDiscardCancel = 6 };
+
+// The picture beside the prompt.
+enum MessageIcon : int { IconInformation = 6, IconQuestion = 9 };
 
 // Button codes the dialog returns, as the platform's message box does; Discard has
 // no platform code of its own.
@@ -29,6 +20,18 @@ enum MessageResult : qint16 {
     ResultYes = 6,
     ResultNo = 7,
     ResultDiscard = 8
+};
+
+// The seven values of one suite message, in the dialog's own order.
+struct MessageRequest
+{
+    QString prompt;
+    qint32 buttons = 0; // a MessageButtons value
+    QString caption;
+    QString title;
+    QString heading;                // ampersands already doubled by SuiteMessageBox
+    int iconKind = IconInformation; // a MessageIcon value
+    bool flag = true;
 };
 
 // Shows a message to the user. Logic talks to the user only through this, so

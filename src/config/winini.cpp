@@ -1,4 +1,4 @@
-#include "startup/winini.h"
+#include "config/winini.h"
 
 #include <array>
 #include <utility>

@@ -1,7 +1,7 @@
-#include "startup/readini.h"
+#include "config/readini.h"
 
-#include "startup/errorlog.h"
-#include "startup/profilestring.h"
+#include "config/errorlog.h"
+#include "config/profilestring.h"
 
 namespace {
 

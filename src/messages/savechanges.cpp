@@ -1,9 +1,9 @@
-#include "startup/savechanges.h"
+#include "messages/savechanges.h"
 
-#include "data/cverror.h"
+#include "config/settings.h"
+#include "core/cverror.h"
 #include "data/database.h"
-#include "startup/messageservice.h"
-#include "startup/settings.h"
+#include "messages/messageservice.h"
 
 namespace {
 
@@ -33,9 +33,10 @@ SaveOutcome saveChanges(Database &db, const QString &what, const std::function<v
                 QStringLiteral("Your changes to %1 were not saved.\n\n%2\n\nRetry to save them "
                                "again, Discard to throw them away, or Cancel to go back to them.")
                     .arg(what, reason(error));
-            switch (SuiteMessageBox(
-                prompt, ButtonsRetryDiscardCancel, FirmName(), QStringLiteral("Changes Not Saved"),
-                QStringLiteral("Error ") + QString::number(error.number()), 6, true)) {
+            switch (SuiteMessageBox(prompt, ButtonsRetryDiscardCancel, FirmName(),
+                                    QStringLiteral("Changes Not Saved"),
+                                    QStringLiteral("Error ") + QString::number(error.number()),
+                                    IconInformation, true)) {
             case ResultRetry:
                 continue;
             case ResultDiscard:

@@ -1,8 +1,8 @@
-#include "startup/cvaddress.h"
+#include "launch/cvaddress.h"
 
+#include "config/settings.h"
 #include "data/database.h"
-#include "startup/addressglobals.h"
-#include "startup/settings.h"
+#include "launch/addressglobals.h"
 
 CvAddress::CvAddress()
 {

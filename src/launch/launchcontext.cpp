@@ -1,7 +1,7 @@
-#include "startup/launchcontext.h"
+#include "launch/launchcontext.h"
 
-#include "startup/messageservice.h"
-#include "startup/settings.h"
+#include "config/settings.h"
+#include "messages/messageservice.h"
 
 void ReportLaunchContext(const QString &applicationName)
 {
@@ -10,6 +10,6 @@ void ReportLaunchContext(const QString &applicationName)
                            firm + QStringLiteral("\r\n\r\n") +
                            QStringLiteral("Please select the correct menu option from inside ") +
                            firm + QStringLiteral(" to launch ") + applicationName + u'.';
-    SuiteMessageBox(prompt, 0, firm, QStringLiteral("Invalid Execution"),
-                    QStringLiteral("Unable to Start ") + applicationName, 6, false);
+    SuiteMessageBox(prompt, ButtonsOk, firm, QStringLiteral("Invalid Execution"),
+                    QStringLiteral("Unable to Start ") + applicationName, IconInformation, false);
 }

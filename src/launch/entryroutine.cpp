@@ -1,13 +1,13 @@
-#include "startup/entryroutine.h"
+#include "launch/entryroutine.h"
 
-#include "data/cverror.h"
-#include "startup/addressglobals.h"
-#include "startup/conversions.h"
-#include "startup/extractfield.h"
-#include "startup/launchcontext.h"
-#include "startup/messageservice.h"
-#include "startup/settings.h"
-#include "startup/wagebook.h"
+#include "config/settings.h"
+#include "core/conversions.h"
+#include "core/cverror.h"
+#include "core/extractfield.h"
+#include "launch/addressglobals.h"
+#include "launch/launchcontext.h"
+#include "launch/wagebook.h"
+#include "messages/messageservice.h"
 
 #include <cstdio>
 #include <QCoreApplication>
@@ -73,5 +73,6 @@ void reportUnhandledError(const CvError &error)
     // Standard error first: it stays in a log even when nobody sees the dialog.
     std::fputs(qPrintable(prompt + u'\n'), stderr);
     std::fflush(stderr);
-    SuiteMessageBox(prompt, 0, FirmName(), QStringLiteral("Address Book"), QString(), 6, true);
+    SuiteMessageBox(prompt, ButtonsOk, FirmName(), QStringLiteral("Address Book"), QString(),
+                    IconInformation, true);
 }

@@ -1,7 +1,7 @@
-#include "startup/translate.h"
+#include "core/translate.h"
 
-#include "data/cverror.h"
-#include "startup/numerictext.h"
+#include "core/cverror.h"
+#include "core/numerictext.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "startup/messageservice.h"
+#include "messages/messageservice.h"
 
 #include <cstdio>
 

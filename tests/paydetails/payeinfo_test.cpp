@@ -1,8 +1,8 @@
 // PAYE settings from a real main data file.
-#include "config_home.h"
+#include "support/confighome.h"
 #include "data/database.h"
-#include "startup/errorlog.h"
-#include "startup/payeinfo.h"
+#include "config/errorlog.h"
+#include "paydetails/payeinfo.h"
 #include "support/messagerecorder.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"

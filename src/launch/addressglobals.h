@@ -1,6 +1,6 @@
 #pragma once
 
-#include "startup/addresswindow.h"
+#include "launch/addresswindow.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "startup/clock.h"
+#include "core/clock.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "startup/extractfield.h"
+#include "core/extractfield.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 
 #include <limits>
 

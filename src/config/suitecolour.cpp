@@ -1,8 +1,8 @@
-#include "startup/suitecolour.h"
+#include "config/suitecolour.h"
 
-#include "startup/extractfield.h"
-#include "startup/numerictext.h"
-#include "startup/suiteconfig.h"
+#include "core/extractfield.h"
+#include "core/numerictext.h"
+#include "config/suiteconfig.h"
 
 SuiteColour &suiteColour()
 {

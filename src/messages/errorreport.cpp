@@ -1,8 +1,8 @@
-#include "startup/errorreport.h"
+#include "messages/errorreport.h"
 
-#include "data/cverror.h"
-#include "startup/messageservice.h"
-#include "startup/settings.h"
+#include "config/settings.h"
+#include "core/cverror.h"
+#include "messages/messageservice.h"
 
 QString errorOrigin(QLatin1String module, QLatin1String procedure)
 {
@@ -18,7 +18,7 @@ void showErrorReport(int number, const QString &description, const QString &orig
                      const QString &heading)
 {
     const QString code = QString::number(number);
-    SuiteMessageBox("Description - " + description + u'(' + code + origin, 0, FirmName() + " Error",
-                    "An Error has Occurred", heading.isEmpty() ? "Error " + code : heading, 6,
-                    true);
+    SuiteMessageBox("Description - " + description + u'(' + code + origin, ButtonsOk,
+                    FirmName() + " Error", "An Error has Occurred",
+                    heading.isEmpty() ? "Error " + code : heading, IconInformation, true);
 }

@@ -1,4 +1,4 @@
-#include "startup/folders.h"
+#include "config/folders.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
-#include "startup/wagebooklistener.h"
+#include "launch/wagebooklistener.h"
 
-#include "startup/wagebook.h"
+#include "launch/wagebook.h"
 
 #include <QLocalServer>
 #include <QLocalSocket>

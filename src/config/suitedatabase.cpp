@@ -1,7 +1,7 @@
-#include "startup/suitedatabase.h"
+#include "config/suitedatabase.h"
 
 #include "data/database.h"
-#include "startup/settings.h"
+#include "config/settings.h"
 
 std::unique_ptr<Database> openSuiteDatabase()
 {

@@ -1,8 +1,8 @@
-#include "startup/addressmessages.h"
+#include "messages/addressmessages.h"
 
-#include "startup/messageservice.h"
-#include "startup/settings.h"
-#include "startup/translate.h"
+#include "config/settings.h"
+#include "core/translate.h"
+#include "messages/messageservice.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
-#include "startup/settings.h"
+#include "config/settings.h"
 
-#include "startup/folders.h"
-#include "startup/suiteconfig.h"
+#include "config/folders.h"
+#include "config/suiteconfig.h"
 
 QString Settings::DatabaseName() const
 {

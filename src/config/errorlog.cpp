@@ -1,7 +1,7 @@
-#include "startup/errorlog.h"
+#include "config/errorlog.h"
 
 #include "data/serialdate.h"
-#include "startup/folders.h"
+#include "config/folders.h"
 
 #include <QDateTime>
 #include <QFile>

@@ -1,7 +1,7 @@
-#include "startup/addressglobals.h"
+#include "launch/addressglobals.h"
 
-#include "data/cverror.h"
-#include "startup/settings.h"
+#include "config/settings.h"
+#include "core/cverror.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>

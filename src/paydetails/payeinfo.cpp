@@ -1,12 +1,12 @@
-#include "startup/payeinfo.h"
+#include "paydetails/payeinfo.h"
 
-#include "data/cverror.h"
+#include "core/cverror.h"
 #include "data/database.h"
 #include "data/money.h"
 #include "data/recordset.h"
-#include "startup/errorreport.h"
-#include "startup/numerictext.h"
-#include "startup/suiteconfig.h"
+#include "messages/errorreport.h"
+#include "core/numerictext.h"
+#include "config/suiteconfig.h"
 
 #include <optional>
 

@@ -1,7 +1,7 @@
-#include "startup/conversions.h"
+#include "core/conversions.h"
 
-#include "data/cverror.h"
-#include "startup/numerictext.h"
+#include "core/cverror.h"
+#include "core/numerictext.h"
 
 namespace {
 

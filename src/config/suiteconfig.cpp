@@ -1,10 +1,10 @@
-#include "startup/suiteconfig.h"
+#include "config/suiteconfig.h"
 
-#include "startup/folders.h"
-#include "startup/numerictext.h"
-#include "startup/profilestring.h"
-#include "startup/readini.h"
-#include "startup/translate.h"
+#include "config/folders.h"
+#include "core/numerictext.h"
+#include "config/profilestring.h"
+#include "config/readini.h"
+#include "core/translate.h"
 
 namespace {
 

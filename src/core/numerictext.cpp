@@ -1,4 +1,4 @@
-#include "startup/numerictext.h"
+#include "core/numerictext.h"
 
 #include <cmath>
 #include <limits>

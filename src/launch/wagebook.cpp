@@ -1,6 +1,6 @@
-#include "startup/wagebook.h"
+#include "launch/wagebook.h"
 
-#include "startup/addressglobals.h"
+#include "launch/addressglobals.h"
 
 #include <QDeadlineTimer>
 #include <QDir>

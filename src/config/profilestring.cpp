@@ -1,7 +1,7 @@
-#include "startup/profilestring.h"
+#include "config/profilestring.h"
 
-#include "startup/folders.h"
-#include "startup/winini.h"
+#include "config/folders.h"
+#include "config/winini.h"
 
 #include <QDir>
 #include <QFile>
