@@ -3,17 +3,17 @@
 #include "addressbook/helpopener.h"
 #include "addressbook/paydetailsopener.h"
 #include "addressbook/payinformationtab.h"
+#include "config/settings.h"
+#include "config/suiteconfig.h"
+#include "config/suitedatabase.h"
 #include "controls/inputboxservice.h"
 #include "core/cverror.h"
 #include "data/database.h"
-#include "paydetails/paylists.h"
 #include "launch/addressglobals.h"
 #include "messages/addressmessages.h"
 #include "messages/errorreport.h"
 #include "messages/savechanges.h"
-#include "config/settings.h"
-#include "config/suiteconfig.h"
-#include "config/suitedatabase.h"
+#include "paydetails/paylists.h"
 
 #include <QGuiApplication>
 

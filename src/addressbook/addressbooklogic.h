@@ -3,8 +3,8 @@
 #include "addressbook/addressfields.h"
 #include "addressbook/addressform.h"
 #include "addressbook/addressstore.h"
-#include "controls/combolist.h"
 #include "config/suitecolour.h"
+#include "controls/combolist.h"
 
 #include <array>
 #include <memory>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "addressbook/addressfields.h"
-#include "data/cverror.h"
+#include "core/cverror.h"
 
 #include <array>
 #include <optional>
