@@ -370,11 +370,6 @@ void AddressBookLogic::EnableEditPays(bool wageFlag)
 
 // ---- Editing the first tab -------------------------------------------------
 
-QString AddressBookLogic::columnName(int field)
-{
-    return isField(field) ? QString(AddressFields::table[std::size_t(field)].column) : QString();
-}
-
 QString AddressBookLogic::field(int field) const
 {
     return isField(field) ? m_values.fields[std::size_t(field)] : QString();

@@ -125,8 +125,6 @@ public:
     // The last word of a name: the text after the last blank among all
     // characters but the final one; the whole name when there is none.
     static QString lastWord(const QString &name);
-    // The Addresses column of a text box.
-    static QString columnName(int field);
 
     // ---- State to show ------------------------------------------------------
 

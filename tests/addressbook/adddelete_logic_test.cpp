@@ -2,8 +2,8 @@
 #include "booklogic_fixture.h"
 
 #include "data/database.h"
-#include "paydetails/employeedefaults.h"
 #include "launch/addressglobals.h"
+#include "paydetails/employeedefaults.h"
 
 TEST_F(BookLogicTest, AddTrimsTheNameAllowsDuplicatesAndShowsTheNewEntry)
 {
@@ -85,23 +85,19 @@ TEST_F(BookLogicTest, EntriesWithWagesOrCashbookDataAreNotDeleted)
     suite.execWage("INSERT INTO Wages (EmployeeID, \"Date\") VALUES (20, 40000), (21, 40000), "
                    "(21, 40007), (22, 40000)");
     start(0);
-    const struct
-    {
-        const char *name, *prompt, *heading;
-    } cases[] = {
-        {"Apple", "Need to delete Cashbook entries for Apple first", "Cashbook Data Exists"},
-        {"Brown", "Need to delete wages for Brown first", "Wages Exist"},
-        {"Dalton", "Need to delete wages for Dalton first", "Wages Exist"},
-        {"Carter", "Need to delete Cashbook and Wagebook entries for Carter first",
-         "Wages/Cashbook Data Exists"},
+    // Which data is in the way, by the message's heading (its texts are tested with it).
+    const std::pair<const char *, const char *> cases[] = {
+        {"Apple", "Cashbook Data Exists"},
+        {"Brown", "Wages Exist"},
+        {"Dalton", "Wages Exist"},
+        {"Carter", "Wages/Cashbook Data Exists"},
     };
-    for (const auto &c : cases) {
-        choose(c.name);
+    for (const auto &[name, heading] : cases) {
+        choose(name);
         logic.deleteEntry();
         const MessageRequest r = onlyMessage();
-        EXPECT_EQ(r.prompt, c.prompt);
-        EXPECT_EQ(r.heading, c.heading);
-        EXPECT_EQ(r.title, "Cannot Delete Employee");
+        EXPECT_EQ(r.heading, heading) << name;
+        EXPECT_TRUE(r.prompt.contains(name)) << name;
     }
     EXPECT_EQ(farmCount(), 4);
 }

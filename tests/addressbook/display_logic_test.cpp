@@ -1,6 +1,8 @@
 // Showing an entry, and what is written back when the user moves on.
 #include "booklogic_fixture.h"
 
+#include "data/database.h"
+#include "data/recordset.h"
 #include "launch/addressglobals.h"
 
 class DisplayLogic : public BookLogicTest
@@ -194,5 +196,22 @@ TEST_F(DisplayLogic, CaptionsAndBankLayoutFollowTheCountry)
         EXPECT_EQ(logic.bankLayout().suffixVisible, c.suffix);
         EXPECT_EQ(logic.bankLayout().hyphenVisible, c.hyphen);
         logic.unload();
+    }
+}
+
+// Each box takes no more than its column holds in every country's layout: a longer one
+// would let the user type what the save then refuses.
+TEST_F(BookLogicTest, EveryBoxFitsItsColumn)
+{
+    Database farm(suite.farmPath());
+    const Recordset rs(farm, "SELECT * FROM Addresses", Recordset::Snapshot);
+    for (qint32 country : {64, 61, 27}) {
+        const AddressForm form(country, "GST");
+        for (int f = 0; f < AddressFields::Count; ++f) {
+            const FieldInfo &column = rs.field(AddressFields::table[std::size_t(f)].column);
+            if (form.maxLength(f) > 0 && column.size > 0) {
+                EXPECT_LE(form.maxLength(f), column.size) << column.name.toStdString();
+            }
+        }
     }
 }

@@ -1,8 +1,8 @@
 // Which entries the name list holds, in which order, and which one it selects and shows.
 #include "booklogic_fixture.h"
 
-#include "launch/addressglobals.h"
 #include "config/profilestring.h"
+#include "launch/addressglobals.h"
 
 using Names = QStringList;
 
