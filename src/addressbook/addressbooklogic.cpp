@@ -17,8 +17,6 @@
 
 #include <QGuiApplication>
 
-using AddressFields::isField;
-
 namespace {
 
 const QLatin1String kModule("frmAddresses");
@@ -115,13 +113,10 @@ void AddressBookLogic::load()
     Batch batch(*this);
     m_loaded = true;
     m_employeeMode = AddressGlobals::LaunchMode == 1;
-    m_shownId = 0;
+    m_entry.clear();
+    m_entry.clearNotes();
     m_employeeId = 0;
-    m_values = {};
-    m_stored = {};
-    m_headingChosen = false;
     m_nameList.clear();
-    m_notes.clear();
     m_helpOpen = false;
     m_employeeSwitchChecked = false;
     m_employeeSwitchToolTip = AddressTexts::HideFormerEmployees;
@@ -134,7 +129,7 @@ void AddressBookLogic::load()
         m_currentTab = firstTab();
         prepareTab(m_currentTab);
         // Nothing is selected yet: each entry selects its own heading when shown.
-        store().listHeadings(m_headingList);
+        store().listHeadings(m_entry.headingList());
         lookupDefaultBanks(*m_farm);
         readColourEntry(QStringLiteral("CvHeader"));
         m_headerColour = suiteColour();
@@ -285,7 +280,7 @@ void AddressBookLogic::UpdateScreenDisplay()
         if (m_employeeMode)
             m_employeeId = store().employeeOf(id);
         else
-            EnableEditPays(m_values.flags[WageFlag]);
+            EnableEditPays(m_entry.flag(WageFlag));
         if (m_currentTab == payTab()) {
             if (m_wageTab)
                 m_wageTab->loadWageTab(farm(), id, m_employeeId);
@@ -306,35 +301,10 @@ void AddressBookLogic::UpdateScreenDisplay()
 // as it was.
 bool AddressBookLogic::showRow(qint32 addressId)
 {
-    const std::optional<AddressStore::Entry> entry = store().readEntry(addressId);
-    if (!entry || (m_employeeMode && !entry->values.flags[WageFlag]))
+    if (!m_entry.show(store(), addressId, m_employeeMode))
         return false;
-    m_values = m_stored = entry->values;
-    m_refused = {};
-    m_shownId = addressId;
     m_employeeId = 0;
-    showHeading(entry->headingAccount);
-    m_storedHeadingIndex = m_headingList.listIndex();
-    m_headingChosen = false;
     return true;
-}
-
-void AddressBookLogic::showHeading(const QVariant &headingAccount)
-{
-    if (m_headingList.count() == 0)
-        return;
-    const qint64 heading = headingAccount.isNull() ? 0 : headingAccount.toLongLong();
-    if (heading == 0) {
-        m_headingList.setListIndex(0);
-        return;
-    }
-    // A heading that is no longer listed leaves the list as it was.
-    for (int i = 1; i < m_headingList.count(); ++i) {
-        if (m_headingList.itemData(i) == heading) {
-            m_headingList.setListIndex(i);
-            return;
-        }
-    }
 }
 
 // The list no longer holds an entry to show: keep what the user typed, then
@@ -343,23 +313,16 @@ void AddressBookLogic::leaveShownEntry()
 {
     saveCurrentTab();
     ClearScreen();
-    m_notes.clear();
-    m_storedNotes.clear();
+    m_entry.clearNotes();
 }
 
 void AddressBookLogic::ClearScreen()
 {
     Batch batch(*this);
-    m_values = {};
-    m_stored = {};
-    m_refused = {};
-    m_shownId = 0;
+    m_entry.clear();
     m_employeeId = 0;
     if (m_editPaysEnabled)
         m_editPaysEnabled = false;
-    m_headingList.setListIndex(-1);
-    m_headingList.setText(QString());
-    m_headingChosen = false;
 }
 
 void AddressBookLogic::EnableEditPays(bool wageFlag)
@@ -370,43 +333,27 @@ void AddressBookLogic::EnableEditPays(bool wageFlag)
 
 // ---- Editing the first tab -------------------------------------------------
 
-QString AddressBookLogic::field(int field) const
-{
-    return isField(field) ? m_values.fields[std::size_t(field)] : QString();
-}
-
-bool AddressBookLogic::flag(Flag flag) const
-{
-    return m_values.flags[flag == WageFlag ? 0 : 1];
-}
-
 void AddressBookLogic::editField(int field, const QString &text)
 {
     Batch batch(*this);
-    if (!isField(field))
-        return;
-    m_values.fields[std::size_t(field)] = text;
-    m_refused[std::size_t(field)] = false;
+    m_entry.edit(field, text);
 }
 
 void AddressBookLogic::focusInField(int field)
 {
-    if (field == BusName || field == ContactLastName)
-        m_protectedText = m_values.fields[std::size_t(field)];
+    m_entry.focusIn(field);
 }
 
 void AddressBookLogic::focusOutField(int field)
 {
     Batch batch(*this);
-    if ((field == BusName || field == ContactLastName) &&
-        m_values.fields[std::size_t(field)].isEmpty())
-        m_values.fields[std::size_t(field)] = m_protectedText;
+    m_entry.focusOut(field);
 }
 
 void AddressBookLogic::toggleFlag(Flag flag, bool on)
 {
     Batch batch(*this);
-    m_values.flags[flag == WageFlag ? 0 : 1] = on;
+    m_entry.setFlag(flag, on);
     // The button follows the entry's flag as shown: ticking "Show in Wagebook" makes the
     // entry an employee whose pay details can be set up at once. Employee mode keeps it
     // disabled.
@@ -417,94 +364,17 @@ void AddressBookLogic::toggleFlag(Flag flag, bool on)
 void AddressBookLogic::chooseHeading(int index)
 {
     Batch batch(*this);
-    if (index < -1 || index >= m_headingList.count())
-        return;
-    m_headingList.setListIndex(index);
-    m_headingChosen = true;
-}
-
-// What the user changed on the shown entry, but for values refused until edited again.
-std::vector<int> AddressBookLogic::changedFields() const
-{
-    std::vector<int> fields;
-    for (std::size_t i = 0; i < m_values.fields.size(); ++i) {
-        if (!m_refused[i] && m_values.fields[i] != m_stored.fields[i])
-            fields.push_back(int(i));
-    }
-    return fields;
-}
-
-std::vector<int> AddressBookLogic::changedFlags() const
-{
-    std::vector<int> flags;
-    for (std::size_t f = 0; f < m_values.flags.size(); ++f) {
-        if (m_values.flags[f] != m_stored.flags[f])
-            flags.push_back(int(f));
-    }
-    return flags;
-}
-
-QString AddressBookLogic::shownEntryName() const
-{
-    const QString name = m_stored.fields[BusName];
-    return name.isEmpty() ? QStringLiteral("this entry") : name;
+    m_entry.chooseHeading(index);
 }
 
 bool AddressBookLogic::saveEntry(bool withNotes)
 {
-    if (!m_farm || m_shownId == 0)
+    if (!m_farm)
         return true;
-    const bool notesChanged = withNotes && m_notes != m_storedNotes;
-    const std::vector<int> fields = changedFields();
-    const std::vector<int> flags = changedFlags();
-    // Nothing the user did not change is written.
-    if (fields.empty() && flags.empty() && !m_headingChosen && !notesChanged)
-        return true;
-    std::vector<int> written;
-    const SaveOutcome outcome = saveChanges(farm(), shownEntryName(), [&] {
-        AddressStore data = store();
-        AddressStore::Written w = data.writeEntry(m_shownId, m_values, fields, flags);
-        // A refused value is told as the bound data source tells its own, once: it stays
-        // on screen and is not written again until the user edits it.
-        for (const AddressStore::Refusal &r : w.refused) {
-            m_refused[std::size_t(r.field)] = true;
-            showErrorReport(r.error, origin("datPrimaryRS_Error"),
-                            QStringLiteral("Error %1 Error").arg(r.error.number()));
-        }
-        written = std::move(w.fields);
-        if (m_headingChosen)
-            saveHeadingChoice();
-        if (notesChanged)
-            data.writeNotes(m_shownId, m_notes);
-    });
-    switch (outcome) {
-    case SaveOutcome::Saved:
-        for (int i : written)
-            m_stored.fields[std::size_t(i)] = m_values.fields[std::size_t(i)];
-        m_stored.flags = m_values.flags;
-        m_storedHeadingIndex = m_headingList.listIndex();
-        m_headingChosen = false;
-        if (notesChanged)
-            m_storedNotes = m_notes;
-        return true;
-    case SaveOutcome::Discarded:
-        // The entry as it was read comes back, without reading it again (the file
-        // may still be held).
-        m_values = m_stored;
-        m_refused = {};
-        if (m_headingChosen) {
-            m_headingList.setListIndex(m_storedHeadingIndex);
-            m_headingChosen = false;
-        }
-        if (withNotes)
-            m_notes = m_storedNotes;
-        if (!m_employeeMode)
-            EnableEditPays(m_values.flags[WageFlag]);
-        return true;
-    case SaveOutcome::Kept:
-        break;
-    }
-    return false;
+    const SaveOutcome outcome = m_entry.save(farm(), withNotes);
+    if (outcome == SaveOutcome::Discarded && !m_employeeMode)
+        EnableEditPays(m_entry.flag(WageFlag));
+    return outcome != SaveOutcome::Kept;
 }
 
 bool AddressBookLogic::SaveHeading()
@@ -513,32 +383,22 @@ bool AddressBookLogic::SaveHeading()
     return saveEntry(false);
 }
 
-void AddressBookLogic::saveHeadingChoice()
-{
-    const int index = m_headingList.listIndex();
-    if (index == 0 && m_headingList.text() == u"None")
-        store().writeHeading(m_shownId, QVariant());
-    else if (index >= 1 && m_headingList.itemData(index) >= 1)
-        store().writeHeading(m_shownId, m_headingList.itemData(index));
-}
-
 // ---- Notes -------------------------------------------------------------------
 
 void AddressBookLogic::editNotes(const QString &text)
 {
     Batch batch(*this);
-    m_notes = text;
+    m_entry.editNotes(text);
 }
 
 void AddressBookLogic::LoadAddressNotes()
 {
     Batch batch(*this);
-    m_notes.clear();
-    m_storedNotes.clear();
+    m_entry.clearNotes();
     try {
         if (!m_farm)
             return;
-        m_notes = m_storedNotes = store().readNotes(m_shownId);
+        m_entry.loadNotes(store());
     } catch (const CvError &e) {
         showErrorReport(e, origin("LoadAddressNotes"));
     }
@@ -567,7 +427,7 @@ bool AddressBookLogic::saveCurrentTab()
 
 bool AddressBookLogic::saveTab(int tab)
 {
-    if (tab == payTab() && m_wageTab && m_shownId != 0 && !m_wageTab->SaveWageTab())
+    if (tab == payTab() && m_wageTab && m_entry.id() != 0 && !m_wageTab->SaveWageTab())
         return false;
     return saveEntry(tab == notesTab());
 }
@@ -605,8 +465,8 @@ void AddressBookLogic::prepareTab(int tab)
         LoadAddressNotes();
     } else if (tab == payTab()) {
         m_payFrameVisible = true;
-        if (m_wageTab && m_shownId != 0)
-            m_wageTab->loadWageTab(farm(), m_shownId, m_employeeId);
+        if (m_wageTab && m_entry.id() != 0)
+            m_wageTab->loadWageTab(farm(), m_entry.id(), m_employeeId);
     }
 }
 
@@ -697,7 +557,7 @@ void AddressBookLogic::deleteEntry()
                         [&] { store().deleteEntry(id); });
         if (outcome != SaveOutcome::Saved)
             return;
-        if (m_shownId == id)
+        if (m_entry.id() == id)
             ClearScreen(); // its edits go with it
         refreshList();
     } catch (const CvError &e) {
@@ -742,8 +602,7 @@ bool AddressBookLogic::queryUnload()
 {
     Batch batch(*this);
     try {
-        if (m_shownId != 0 && m_values.fields[ContactLastName].isEmpty())
-            m_values.fields[ContactLastName] = lastWord(m_values.fields[BusName]);
+        m_entry.fillLastName();
         // A change that could not be saved keeps the window open, unless the user
         // chose to let it go.
         if (!saveCurrentTab())
@@ -757,20 +616,13 @@ bool AddressBookLogic::queryUnload()
     return true;
 }
 
-QString AddressBookLogic::lastWord(const QString &name)
-{
-    const qsizetype blank = name.left(qMax<qsizetype>(name.size() - 1, 0)).lastIndexOf(u' ');
-    return blank < 0 ? name : name.mid(blank + 1);
-}
-
 void AddressBookLogic::unload()
 {
     Batch batch(*this);
     try {
         // After queryUnload() there is nothing left to save; a caller that unloads
         // without asking still gets the last changes stored.
-        if (m_shownId != 0 && m_values.fields[ContactLastName].isEmpty())
-            m_values.fields[ContactLastName] = lastWord(m_values.fields[BusName]);
+        m_entry.fillLastName();
         saveCurrentTab();
     } catch (const CvError &e) {
         showErrorReport(e, origin("Form_Unload"));

@@ -3,10 +3,10 @@
 #include "addressbook/addressfields.h"
 #include "addressbook/addressform.h"
 #include "addressbook/addressstore.h"
+#include "addressbook/shownentry.h"
 #include "config/suitecolour.h"
 #include "controls/combolist.h"
 
-#include <array>
 #include <memory>
 #include <QObject>
 #include <QString>
@@ -124,15 +124,15 @@ public:
 
     // The last word of a name: the text after the last blank among all
     // characters but the final one; the whole name when there is none.
-    static QString lastWord(const QString &name);
+    static QString lastWord(const QString &name) { return ShownEntry::lastWord(name); }
 
     // ---- State to show ------------------------------------------------------
 
     bool isLoaded() const { return m_loaded; }
     bool employeeMode() const { return m_employeeMode; }
 
-    QString field(int field) const;
-    bool flag(Flag flag) const;
+    QString field(int field) const { return m_entry.field(field); }
+    bool flag(Flag flag) const { return m_entry.flag(flag); }
     // The boxes' limits, widths and captions, and the window's other texts, as the
     // country has them.
     const AddressForm &form() const { return m_form; }
@@ -144,8 +144,8 @@ public:
     const Captions &captions() const { return m_form.captions(); }
 
     const ComboList &nameList() const { return m_nameList; }
-    const ComboList &headingList() const { return m_headingList; }
-    QString notes() const { return m_notes; }
+    const ComboList &headingList() const { return m_entry.headingList(); }
+    QString notes() const { return m_entry.notes(); }
 
     // "Addresses", ["Pay Information",] "Notes".
     QStringList tabCaptions() const;
@@ -177,7 +177,7 @@ public:
     bool busy() const { return m_busy; }
 
     // The entry whose values are on the first tab, 0 when none is shown.
-    qint32 shownAddressId() const { return m_shownId; }
+    qint32 shownAddressId() const { return m_entry.id(); }
     // Its Employees row in employee mode, 0 when it has none.
     qint32 employeeId() const { return m_employeeId; }
 
@@ -205,14 +205,9 @@ private:
     void cmbNameClick();
     bool saveTab(int tab);
     bool saveEntry(bool withNotes);
-    QString shownEntryName() const;
     void prepareTab(int tab);
     bool showRow(qint32 addressId);
-    void showHeading(const QVariant &headingAccount);
     void leaveShownEntry();
-    std::vector<int> changedFields() const;
-    std::vector<int> changedFlags() const;
-    void saveHeadingChoice();
     void refreshList();
 
     std::unique_ptr<Database> m_farm;
@@ -224,22 +219,10 @@ private:
     bool m_loaded = false;
     bool m_employeeMode = false;
 
-    // The shown row: its values as read, and as the user has them now.
-    qint32 m_shownId = 0;
-    qint32 m_employeeId = 0;
-    AddressStore::Values m_values;
-    AddressStore::Values m_stored;
-    // Values the column refused: reported once, kept on screen, not retried
-    // until the user edits them.
-    std::array<bool, FieldCount> m_refused{};
-    QString m_protectedText; // boxes 0 and 4: the text they had on focus in
+    ShownEntry m_entry;
+    qint32 m_employeeId = 0; // the shown entry's Employees row
 
     ComboList m_nameList;
-    ComboList m_headingList;
-    bool m_headingChosen = false;  // picked by the user since the entry was shown
-    int m_storedHeadingIndex = -1; // the list's item for the entry as it was read
-    QString m_notes;
-    QString m_storedNotes; // as read, to write them only when the user changed them
     QString m_filter = QStringLiteral("*");
 
     int m_currentTab = 0;

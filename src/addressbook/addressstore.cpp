@@ -7,6 +7,8 @@
 #include "data/recordset.h"
 #include "paydetails/employeedefaults.h"
 
+#include <QHash>
+
 using namespace AddressFields;
 
 namespace {
@@ -58,22 +60,38 @@ void AddressStore::listNames(ComboList &list, const QString &pattern) const
 
 void AddressStore::listEmployees(ComboList &list, bool currentOnly) const
 {
-    // One row per unfinished Employees row, found through the address key: the wage
-    // file is attached, so the join runs in one statement.
-    Recordset rs =
-        select(currentOnly ? QStringLiteral("SELECT Addresses.AddressID, Addresses.BusName "
-                                            "FROM Employees INNER JOIN Addresses ON "
-                                            "Employees.AddressID = Addresses.AddressID "
-                                            "WHERE Addresses.WageFlag = True AND "
-                                            "(Employees.Datefinished Is Null Or "
-                                            "Employees.Datefinished = 0) "
-                                            "ORDER BY Employees.AddressID;")
-                           : QStringLiteral("SELECT DISTINCTROW Addresses.AddressID, "
-                                            "Addresses.BusName From Addresses "
-                                            "WHERE Addresses.WageFlag = True "
-                                            "ORDER BY Addresses.busname;"),
-               {}, false);
-    addNames(list, rs);
+    Recordset addresses = select(QStringLiteral("SELECT DISTINCTROW Addresses.AddressID, "
+                                                "Addresses.BusName From Addresses "
+                                                "WHERE Addresses.WageFlag = True "
+                                                "ORDER BY Addresses.busname;"),
+                                 {}, false);
+    if (!currentOnly) {
+        addNames(list, addresses);
+        return;
+    }
+    Recordset employees = select(QStringLiteral("SELECT DISTINCTROW Employees.AddressID "
+                                                "From Employees "
+                                                "WHERE Employees.[Datefinished] Is Null Or "
+                                                "Employees.[Datefinished]=0 "
+                                                "ORDER BY Employees.AddressID;"),
+                                 {}, false);
+    // Each employee's address row, found by key: two plain reads and a hash beat a join,
+    // which SQLite answers with a sort. The first row of an identifier wins, as a search
+    // from the top would find it.
+    QHash<qint64, QVariant> names;
+    names.reserve(addresses.recordCount());
+    for (; !addresses.eof(); addresses.moveNext()) {
+        const qint64 id = addresses.value(0).toLongLong();
+        if (!names.contains(id))
+            names.insert(id, addresses.value(1));
+    }
+    list.reserve(employees.recordCount());
+    for (; !employees.eof(); employees.moveNext()) {
+        const QVariant id = employees.value(0);
+        const auto match = id.isNull() ? names.constEnd() : names.constFind(id.toLongLong());
+        if (match != names.constEnd() && !match.value().isNull())
+            list.addItem(match.value().toString(), qint32(match.key()));
+    }
 }
 
 void AddressStore::listHeadings(ComboList &list) const
