@@ -49,7 +49,7 @@ public:
     ~Batch()
     {
         if (--m_logic.m_batchDepth == 0)
-            m_logic.touch();
+            m_logic.notifyChanged();
     }
     Batch(const Batch &) = delete;
     Batch &operator=(const Batch &) = delete;
@@ -65,27 +65,7 @@ AddressBookLogic::AddressBookLogic(QObject *parent) : QObject(parent)
 
 AddressBookLogic::~AddressBookLogic() = default;
 
-void AddressBookLogic::setInputBox(InputBoxService *inputBox)
-{
-    m_inputBox = inputBox;
-}
-
-void AddressBookLogic::setPayDetailsOpener(PayDetailsOpener *opener)
-{
-    m_payOpener = opener;
-}
-
-void AddressBookLogic::setHelpOpener(HelpOpener *opener)
-{
-    m_helpOpener = opener;
-}
-
-void AddressBookLogic::setWageTab(PayInformationTab *wageTab)
-{
-    m_wageTab = wageTab;
-}
-
-void AddressBookLogic::touch()
+void AddressBookLogic::notifyChanged()
 {
     ++m_revision;
     emit changed();
@@ -272,14 +252,16 @@ void AddressBookLogic::UpdateScreenDisplay()
             m_nameList.setListIndex(0);
         const qint32 id = m_nameList.currentData();
         setBusy(true);
-        if (!showRow(id)) {
+        // The caller has saved what the user changed on the entry being left, so nothing
+        // typed is read over. Only this one row is read: showing an entry costs the same
+        // in any size of book. Without such an entry the screen stays as it was.
+        if (!m_entry.show(store(), id, m_employeeMode)) {
             setBusy(false);
             return;
         }
         AddressGlobals::CurrentAddressID = id;
-        if (m_employeeMode)
-            m_employeeId = store().employeeOf(id);
-        else
+        m_employeeId = m_employeeMode ? store().employeeOf(id) : 0;
+        if (!m_employeeMode)
             EnableEditPays(m_entry.flag(WageFlag));
         if (m_currentTab == payTab()) {
             if (m_wageTab)
@@ -292,19 +274,6 @@ void AddressBookLogic::UpdateScreenDisplay()
         setBusy(false);
         showErrorReport(e, origin("UpdateScreenDisplay"));
     }
-}
-
-// Shows the entry: the caller has saved what the user changed on the entry
-// being left (saveCurrentTab), so nothing typed is read over. Only this one row is read, so
-// showing an entry costs the same in any size of book. False when there is no
-// such entry (in employee mode: no such employee entry); the screen then stays
-// as it was.
-bool AddressBookLogic::showRow(qint32 addressId)
-{
-    if (!m_entry.show(store(), addressId, m_employeeMode))
-        return false;
-    m_employeeId = 0;
-    return true;
 }
 
 // The list no longer holds an entry to show: keep what the user typed, then
@@ -321,8 +290,7 @@ void AddressBookLogic::ClearScreen()
     Batch batch(*this);
     m_entry.clear();
     m_employeeId = 0;
-    if (m_editPaysEnabled)
-        m_editPaysEnabled = false;
+    m_editPaysEnabled = false;
 }
 
 void AddressBookLogic::EnableEditPays(bool wageFlag)
@@ -504,10 +472,9 @@ void AddressBookLogic::addEntry()
             setBusy(false);
             if (outcome != SaveOutcome::Saved)
                 return;
-            if (m_editPaysEnabled)
-                m_editPaysEnabled = false;
+            m_editPaysEnabled = false;
             emit focusFieldRequested(BusName);
-            showRow(added.addressId);
+            m_entry.show(store(), added.addressId, m_employeeMode);
             AddressGlobals::CurrentAddressID = added.addressId;
             m_employeeId = added.employeeId;
         }

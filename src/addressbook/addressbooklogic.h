@@ -53,10 +53,10 @@ public:
 
     // Optional services; the logic does not own them. Without an input box an
     // Add is answered with an empty name.
-    void setInputBox(InputBoxService *inputBox);
-    void setPayDetailsOpener(PayDetailsOpener *opener);
-    void setHelpOpener(HelpOpener *opener);
-    void setWageTab(PayInformationTab *wageTab);
+    void setInputBox(InputBoxService *inputBox) { m_inputBox = inputBox; }
+    void setPayDetailsOpener(PayDetailsOpener *opener) { m_payOpener = opener; }
+    void setHelpOpener(HelpOpener *opener) { m_helpOpener = opener; }
+    void setWageTab(PayInformationTab *wageTab) { m_wageTab = wageTab; }
 
     // ---- Events the view forwards -------------------------------------------
 
@@ -198,7 +198,7 @@ private:
     class Batch;
     friend class Batch;
 
-    void touch();
+    void notifyChanged();
     Database &farm() const;
     AddressStore store() const { return AddressStore(farm()); }
     void setBusy(bool busy);
@@ -206,7 +206,6 @@ private:
     bool saveTab(int tab);
     bool saveEntry(bool withNotes);
     void prepareTab(int tab);
-    bool showRow(qint32 addressId);
     void leaveShownEntry();
     void refreshList();
 
@@ -243,5 +242,4 @@ private:
 
     quint64 m_revision = 0;
     int m_batchDepth = 0;
-    bool m_batchDirty = false;
 };
