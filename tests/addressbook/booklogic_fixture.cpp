@@ -14,6 +14,13 @@ QString BookDoubles::ask(const QString &prompt, const QString &title, const QStr
     return answer;
 }
 
+QVariant firstValue(const QString &path, const QString &sql)
+{
+    Database db(path);
+    Recordset rs(db, sql, Recordset::Snapshot);
+    return rs.eof() ? QVariant() : rs.storedValue(0);
+}
+
 BookLogicTest::BookLogicTest()
 {
     AddressGlobals::reset();
@@ -27,35 +34,20 @@ BookLogicTest::~BookLogicTest()
     AddressGlobals::reset();
 }
 
-namespace {
-
-QString sqlValue(const QVariant &v)
-{
-    return v.isNull() ? QStringLiteral("NULL") : "'" + v.toString().replace("'", "''") + "'";
-}
-
-QVariant firstValue(const QString &path, const QString &sql)
-{
-    Database db(path);
-    Recordset rs(db, sql, Recordset::Snapshot);
-    return rs.eof() ? QVariant() : rs.storedValue(0);
-}
-
-} // namespace
-
 void BookLogicTest::addAddress(qint32 id, const QVariant &name, bool wageFlag)
 {
-    suite.execFarm(QStringLiteral("INSERT INTO Addresses (AddressID, BusName, WageFlag) "
-                                  "VALUES (%1, %2, %3)")
-                       .arg(id)
-                       .arg(sqlValue(name))
-                       .arg(wageFlag ? -1 : 0));
+    const QString text = name.isNull() ? "NULL" : "'" + name.toString().replace("'", "''") + "'";
+    suite.execFarm(
+        QString("INSERT INTO Addresses (AddressID, BusName, WageFlag) VALUES (%1, %2, %3)")
+            .arg(id)
+            .arg(text)
+            .arg(wageFlag ? -1 : 0));
 }
 
 void BookLogicTest::addEmployee(qint32 employeeId, qint32 addressId, const QVariant &dateFinished)
 {
-    suite.execWage(QStringLiteral("INSERT INTO Employees (EmployeeID, AddressID, Datefinished) "
-                                  "VALUES (%1, %2, %3)")
+    suite.execWage(QString("INSERT INTO Employees (EmployeeID, AddressID, Datefinished) "
+                           "VALUES (%1, %2, %3)")
                        .arg(employeeId)
                        .arg(addressId)
                        .arg(dateFinished.isNull() ? "NULL" : dateFinished.toString()));
@@ -75,28 +67,6 @@ QStringList BookLogicTest::listed() const
     for (const ComboItem &item : logic.nameList().items())
         names << item.text;
     return names;
-}
-
-QVariant BookLogicTest::farmValue(const QString &sql) const
-{
-    return firstValue(suite.farmPath(), sql);
-}
-
-QVariant BookLogicTest::wageValue(const QString &sql) const
-{
-    return firstValue(suite.wagePath(), sql);
-}
-
-QVariant BookLogicTest::stored(const char *column, qint32 id) const
-{
-    return farmValue(QStringLiteral("SELECT %1 FROM Addresses WHERE AddressID = %2")
-                         .arg(QLatin1String(column))
-                         .arg(id));
-}
-
-qint64 BookLogicTest::farmCount(const QString &where) const
-{
-    return farmValue("SELECT Count(*) FROM Addresses " + where).toLongLong();
 }
 
 MessageRequest BookLogicTest::onlyMessage()

@@ -4,6 +4,7 @@
 #include "addressbook/helpopener.h"
 #include "addressbook/paydetailsopener.h"
 #include "controls/inputboxservice.h"
+#include "messages/messageservice.h"
 #include "support/messagerecorder.h"
 #include "support/tempsuite.h"
 
@@ -35,6 +36,10 @@ public:
     int helpClosed = 0;
 };
 
+// The first column of the first row of a query on a data file; an invalid value when
+// there is none or it is Null.
+QVariant firstValue(const QString &path, const QString &sql);
+
 // Real suite files in a temporary folder, the logic of one window on them.
 class BookLogicTest : public ::testing::Test
 {
@@ -48,16 +53,21 @@ protected:
     // Loads and shows the window in the mode.
     void start(qint16 launchMode, qint32 currentAddressId = 0);
     void choose(const QString &name) { logic.chooseName(int(listed().indexOf(name))); }
-
     QStringList listed() const;
-    // The first column of the first row of a query on a data file; an invalid value when
-    // there is none or it is Null.
-    QVariant farmValue(const QString &sql) const;
-    QVariant wageValue(const QString &sql) const;
-    QVariant stored(const char *column, qint32 id = 1) const;
-    qint64 farmCount(const QString &where = QString()) const;
     // The one message shown since the last call, cleared.
     MessageRequest onlyMessage();
+
+    QVariant farmValue(const QString &sql) const { return firstValue(suite.farmPath(), sql); }
+    QVariant wageValue(const QString &sql) const { return firstValue(suite.wagePath(), sql); }
+    QVariant stored(const char *column, qint32 id = 1) const
+    {
+        return farmValue(
+            QString("SELECT %1 FROM Addresses WHERE AddressID = %2").arg(column).arg(id));
+    }
+    qint64 farmCount(const QString &where = {}) const
+    {
+        return farmValue("SELECT Count(*) FROM Addresses " + where).toLongLong();
+    }
 
     TempSuite suite;
     MessageRecorder messages;
