@@ -8,14 +8,22 @@
 
 namespace AddressGlobals {
 
-qint16 LaunchMode = 0;
-qint32 CurrentAddressID = 0;
-bool LaunchModal = false;
-bool LaunchForWagebook = false;
+namespace {
+LaunchContext s_context;
+} // namespace
 
-QString helpModuleName;
-qint32 helpContextId = 0;
-QString helpFilePath;
+LaunchContext &context()
+{
+    return s_context;
+}
+
+qint16 &LaunchMode = s_context.mode;
+qint32 &CurrentAddressID = s_context.currentAddressId;
+bool &LaunchModal = s_context.modal;
+bool &LaunchForWagebook = s_context.forWagebook;
+QString &helpModuleName = s_context.helpModuleName;
+qint32 &helpContextId = s_context.helpContextId;
+QString &helpFilePath = s_context.helpFilePath;
 
 quint32 wagebookMessageId = 0;
 int wagebookReplyTimeoutMs = DefaultWagebookReplyTimeoutMs;
@@ -53,8 +61,10 @@ bool hasSettings()
 
 Settings &settings()
 {
-    if (!s_settings)
+    if (!s_settings) {
         s_settings = std::make_unique<Settings>();
+        s_context.settings = s_settings.get();
+    }
     return *s_settings;
 }
 
@@ -100,13 +110,7 @@ void reset()
     releaseMainWindow();
     windowFactory() = nullptr;
     s_settings.reset();
-    LaunchMode = 0;
-    CurrentAddressID = 0;
-    LaunchModal = false;
-    LaunchForWagebook = false;
-    helpModuleName.clear();
-    helpContextId = 0;
-    helpFilePath.clear();
+    s_context = LaunchContext();
     wagebookMessageId = 0;
     wagebookReplyTimeoutMs = DefaultWagebookReplyTimeoutMs;
 }

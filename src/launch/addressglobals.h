@@ -1,6 +1,7 @@
 #pragma once
 
 #include "launch/addresswindow.h"
+#include "launch/launchcontext.h"
 
 #include <QString>
 
@@ -11,17 +12,16 @@ class Settings;
 // reset() puts them back as at process start, for tests.
 namespace AddressGlobals {
 
-// 0 = address book, 1 = employees; other values are kept as given.
-extern qint16 LaunchMode;
-// Entry to select on opening; the window writes the shown entry back. 0 = none.
-extern qint32 CurrentAddressID;
-extern bool LaunchModal;
-extern bool LaunchForWagebook;
-
-// Help settings handed in by CvAddress; the window's load handler replaces the file path.
-extern QString helpModuleName;
-extern qint32 helpContextId;
-extern QString helpFilePath;
+// The launch state the window is given; the names below are its fields under the names
+// the suite's programs know.
+LaunchContext &context();
+extern qint16 &LaunchMode;
+extern qint32 &CurrentAddressID;
+extern bool &LaunchModal;
+extern bool &LaunchForWagebook;
+extern QString &helpModuleName;
+extern qint32 &helpContextId;
+extern QString &helpFilePath;
 
 // The number registered for the wage book's message; 0 until GetWagebookMessageId asks.
 extern quint32 wagebookMessageId;

@@ -5,7 +5,6 @@
 #include "core/cverror.h"
 #include "core/extractfield.h"
 #include "launch/addressglobals.h"
-#include "launch/launchcontext.h"
 #include "launch/wagebook.h"
 #include "messages/messageservice.h"
 
@@ -13,6 +12,17 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QStringList>
+
+void ReportLaunchContext(const QString &applicationName)
+{
+    const QString firm = FirmName();
+    const QString prompt = QStringLiteral("This Application is designed to run from inside ") +
+                           firm + QStringLiteral("\r\n\r\n") +
+                           QStringLiteral("Please select the correct menu option from inside ") +
+                           firm + QStringLiteral(" to launch ") + applicationName + u'.';
+    SuiteMessageBox(prompt, ButtonsOk, firm, QStringLiteral("Invalid Execution"),
+                    QStringLiteral("Unable to Start ") + applicationName, IconInformation, false);
+}
 
 QString processCommandLine()
 {

@@ -4,6 +4,10 @@
 
 class CvError;
 
+// Tells the user that applicationName runs only from inside the suite; shown when the
+// program was started without a command line. The answer is of no interest.
+void ReportLaunchContext(const QString &applicationName);
+
 // The process command line as one string: the arguments after the program name joined
 // with single blanks, so that 1, 37 typed without quotes still reads as one line.
 QString processCommandLine();
