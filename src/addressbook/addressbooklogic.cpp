@@ -167,11 +167,9 @@ void AddressBookLogic::FillNameList(bool currentOnly, qint32 &addressId, const Q
             own = openSuiteDatabase();
         const AddressStore names(m_farm ? *m_farm : *own);
 
-        qint32 reselect = -1;
-        if (addressId >= 1)
-            reselect = addressId;
-        else if (m_nameList.listIndex() >= 0)
-            reselect = m_nameList.currentData();
+        const qint32 reselect = addressId >= 1                ? addressId
+                                : m_nameList.listIndex() >= 0 ? m_nameList.currentData()
+                                                              : -1;
 
         m_nameList.clear();
         if (m_employeeMode)
@@ -259,9 +257,11 @@ void AddressBookLogic::UpdateScreenDisplay()
             setBusy(false);
             return;
         }
+        m_employeeId = 0;
         AddressGlobals::CurrentAddressID = id;
-        m_employeeId = m_employeeMode ? store().employeeOf(id) : 0;
-        if (!m_employeeMode)
+        if (m_employeeMode)
+            m_employeeId = store().employeeOf(id);
+        else
             EnableEditPays(m_entry.flag(WageFlag));
         if (m_currentTab == payTab()) {
             if (m_wageTab)
