@@ -4,16 +4,6 @@
 #include "data/recordset.h"
 #include "launch/addressglobals.h"
 
-QString BookDoubles::ask(const QString &prompt, const QString &title, const QString &)
-{
-    prompts << title + ": " + prompt;
-    if (answers.empty())
-        return QString();
-    const QString answer = answers.front();
-    answers.pop_front();
-    return answer;
-}
-
 QVariant firstValue(const QString &path, const QString &sql)
 {
     Database db(path);

@@ -1,40 +1,17 @@
 #pragma once
 
 #include "addressbook/addressbooklogic.h"
-#include "addressbook/helpopener.h"
-#include "addressbook/paydetailsopener.h"
-#include "controls/inputboxservice.h"
+#include "bookdoubles.h"
 #include "messages/messageservice.h"
 #include "support/messagerecorder.h"
 #include "support/tempsuite.h"
 
-#include <deque>
 #include <gtest/gtest.h>
 #include <QStringList>
 #include <QVariant>
 #include <vector>
 
 using Book = AddressBookLogic;
-
-// The address window's services as a test drives them: the input box answers with
-// the queued texts (then cancel), the openers keep what they were asked.
-class BookDoubles : public InputBoxService, public PayDetailsOpener, public HelpOpener
-{
-public:
-    QString ask(const QString &prompt, const QString &title, const QString &) override;
-    void openPayDetails(qint32 addressId) override { payDetails.push_back(addressId); }
-    void openHelp(const QString &file, const QString &topic) override
-    {
-        help << file + '#' + topic;
-    }
-    void closeHelp() override { ++helpClosed; }
-
-    std::deque<QString> answers;
-    QStringList prompts; // "title: prompt"
-    std::vector<qint32> payDetails;
-    QStringList help;
-    int helpClosed = 0;
-};
 
 // The first column of the first row of a query on a data file; an invalid value when
 // there is none or it is Null.
