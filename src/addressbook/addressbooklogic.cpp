@@ -2,91 +2,29 @@
 
 #include "addressbook/helpopener.h"
 #include "addressbook/paydetailsopener.h"
-#include "addressbook/wagetabhook.h"
-#include "controls/filldaovbcombo.h"
+#include "addressbook/payinformationtab.h"
+#include "config/settings.h"
+#include "config/suiteconfig.h"
+#include "config/suitedatabase.h"
 #include "controls/inputboxservice.h"
 #include "core/cverror.h"
 #include "data/database.h"
-#include "data/jetsql.h"
-#include "data/recordset.h"
-#include "paydetails/employeedefaults.h"
-#include "paydetails/paylists.h"
 #include "launch/addressglobals.h"
 #include "messages/addressmessages.h"
 #include "messages/errorreport.h"
 #include "messages/savechanges.h"
-#include "config/settings.h"
-#include "config/suiteconfig.h"
-#include "config/suitedatabase.h"
+#include "paydetails/paylists.h"
 
 #include <QGuiApplication>
-#include <QHash>
 
 namespace {
 
-const char *const kColumns[AddressBookLogic::FieldCount] = {
-    "BusName",         "ContactTitle", "ContactInitials", "contactFirstName", "ContactLastName",
-    "BusAddress1",     "BusAddress2",  "BusAddress3",     "BusPOBox",         "BusCity",
-    "BusState",        "BusCountry",   "BusPostCode",     "BusPhone",         "BusFax",
-    "BusCellular",     "ContactEmail", "BusWeb",          "BusBankAcName",    "BusBankAcbank",
-    "BusBankAcBranch", "BusBankAcNo",  "BusBankAcSuffix", "CustomerNumber",   "TaxNumber",
-};
-
-// 0: the box takes any length. The branch box depends on the country.
-const int kMaxLength[AddressBookLogic::FieldCount] = {
-    0, 10, 25, 25, 25, 25, 25, 25, 25, 25, 25, 25, 25, 25, 25, 25, 0, 0, 50, 3, 4, 9, 3, 50, 20,
-};
-
-const char *const kCaptions[AddressBookLogic::FieldCount] = {
-    "Company/Employee",
-    "Title",
-    "Initials",
-    "First Names",
-    "Last Name :",
-    "Street Address",
-    "",
-    "",
-    "PO Box",
-    "City",
-    "State",
-    "Country",
-    "Post Code/Zip",
-    "Phone",
-    "Fax",
-    "Mobile",
-    "E-mail",
-    "Website",
-    "Bank Account Name",
-    "Bank Number",
-    "Branch",
-    "Account",
-    "Suffix",
-    "Customer Number",
-    "",
-};
-
-const char *const kFlagColumns[2] = {"WageFlag", "BusinessFlag"};
-
+const QLatin1String kModule("frmAddresses");
 const QLatin1String kHelpFileName("Corvane.chm");
 
 QString origin(const char *procedure)
 {
-    return QStringLiteral(") was generated in frmAddresses.") + QLatin1String(procedure);
-}
-
-// A data error of the first tab's fields, reported as the bound data source
-// reports its own.
-void reportDataError(const CvError &e)
-{
-    showErrorReport(e, ErrorOrigin::PrimaryRsError,
-                    QStringLiteral("Error ") + QString::number(e.number()) +
-                        QStringLiteral(" Error"));
-}
-
-QString rowQuery(qint32 addressId)
-{
-    return QStringLiteral("Select distinctrow * from Addresses where addressid = ") +
-           QString::number(addressId);
+    return errorOrigin(kModule, QLatin1String(procedure));
 }
 
 // Blanks only, as the suite trims: a tab inside a name is kept.
@@ -101,11 +39,6 @@ QString trimBlanks(const QString &text)
     return text.mid(from, to - from);
 }
 
-bool validField(int field)
-{
-    return field >= 0 && field < AddressBookLogic::FieldCount;
-}
-
 } // namespace
 
 // Collects the state changes of one event into one changed() signal.
@@ -116,7 +49,7 @@ public:
     ~Batch()
     {
         if (--m_logic.m_batchDepth == 0)
-            m_logic.touch();
+            m_logic.notifyChanged();
     }
     Batch(const Batch &) = delete;
     Batch &operator=(const Batch &) = delete;
@@ -132,27 +65,7 @@ AddressBookLogic::AddressBookLogic(QObject *parent) : QObject(parent)
 
 AddressBookLogic::~AddressBookLogic() = default;
 
-void AddressBookLogic::setInputBox(InputBoxService *inputBox)
-{
-    m_inputBox = inputBox;
-}
-
-void AddressBookLogic::setPayDetailsOpener(PayDetailsOpener *opener)
-{
-    m_payOpener = opener;
-}
-
-void AddressBookLogic::setHelpOpener(HelpOpener *opener)
-{
-    m_helpOpener = opener;
-}
-
-void AddressBookLogic::setWageTab(WageTabHook *wageTab)
-{
-    m_wageTab = wageTab;
-}
-
-void AddressBookLogic::touch()
+void AddressBookLogic::notifyChanged()
 {
     ++m_revision;
     emit changed();
@@ -166,20 +79,11 @@ void AddressBookLogic::setBusy(bool busy)
     emit busyChanged(busy);
 }
 
-// The window's data files; a window whose load could not open them reports
-// each later use instead of failing silently.
+// The window's data files, one connection with the wage file attached; a window
+// whose load could not open them reports each later use instead of failing silently.
 Database &AddressBookLogic::farm() const
 {
-    if (!m_farm)
-        throw CvError(91, QStringLiteral("frmAddresses"),
-                      QStringLiteral("Object variable or With block variable not set"));
-    return *m_farm;
-}
-
-// The wage file is attached to the main file's connection.
-Database &AddressBookLogic::wage() const
-{
-    return farm();
+    return requireDatabase(m_farm.get(), kModule);
 }
 
 // ---- Loading and showing the window ---------------------------------------
@@ -189,26 +93,23 @@ void AddressBookLogic::load()
     Batch batch(*this);
     m_loaded = true;
     m_employeeMode = AddressGlobals::LaunchMode == 1;
-    m_shownId = 0;
+    m_entry.clear();
+    m_entry.clearNotes();
     m_employeeId = 0;
-    m_fields = {};
-    m_storedFields = {};
-    m_flags[0] = m_flags[1] = m_storedFlags[0] = m_storedFlags[1] = false;
-    m_headingChosen = false;
     m_nameList.clear();
-    m_notes.clear();
     m_helpOpen = false;
     m_employeeSwitchChecked = false;
     m_employeeSwitchToolTip = AddressTexts::HideFormerEmployees;
     try {
         m_farm = openSuiteDatabase();
-        setCaptions();
+        m_form = AddressForm(countryCode(), ::taxNumberCaption());
         m_helpFile = helpFolder() + u'/' + kHelpFileName;
         AddressGlobals::helpFilePath = m_helpFile;
         m_helpTopic = helpContextId(QStringLiteral("AddressBook"));
         m_currentTab = firstTab();
         prepareTab(m_currentTab);
-        fillHeadingList();
+        // Nothing is selected yet: each entry selects its own heading when shown.
+        store().listHeadings(m_entry.headingList());
         lookupDefaultBanks(*m_farm);
         readColourEntry(QStringLiteral("CvHeader"));
         m_headerColour = suiteColour();
@@ -216,56 +117,8 @@ void AddressBookLogic::load()
         // Without its data files the window has nothing to show: one report, and every
         // later event finds no data files and does nothing.
         m_farm.reset();
-        showErrorReport(e, ErrorOrigin::FormLoad);
+        showErrorReport(e, origin("Form_Load"));
     }
-}
-
-void AddressBookLogic::setCaptions()
-{
-    m_captions.showInCashbook = QStringLiteral("Show in Cashbook");
-    m_captions.showInWagebook = QStringLiteral("Show in Wagebook");
-    m_captions.cashbookHeading = QStringLiteral("Cashbook Heading");
-    m_captions.employeeSwitch = QStringLiteral("Show Current Employees Only");
-    m_captions.notesHint = QStringLiteral("Ctrl Enter for a new line");
-    m_captions.mergeRemark =
-        QStringLiteral("Address Book information can be merged into Notepad files");
-    m_captions.add = QStringLiteral("&Add");
-    m_captions.remove = QStringLiteral("&Delete");
-    m_captions.close = QStringLiteral("&Close");
-    m_captions.editPays = QStringLiteral("&Edit Pay Details");
-    m_taxNumberCaption = ::taxNumberCaption();
-
-    m_bankLayout = BankLayout();
-    m_branchMaxLength = kMaxLength[BusBankAcBranch];
-    switch (countryCode()) {
-    case 61: // the BSB as two halves of three digits
-        m_bankLayout.groupCaption = QStringLiteral("BSB");
-        m_bankLayout.hyphenVisible = true;
-        m_bankLayout.suffixVisible = false;
-        m_bankLayout.branchAsWideAsBank = true;
-        m_branchMaxLength = 3;
-        break;
-    case 27:
-        m_bankLayout.hyphenVisible = true;
-        m_branchMaxLength = 6;
-        break;
-    default:
-        break;
-    }
-}
-
-void AddressBookLogic::fillHeadingList()
-{
-    // Nothing is selected yet: each entry selects its own heading when shown.
-    FillDaoVBCombo(farm(), m_headingList,
-                   QStringLiteral("SELECT DISTINCTROW [Secondary Codes].[Secondary Codes ID], "
-                                  "[Secondary Codes].[Cached Name] "
-                                  "FROM [Account Codes] INNER JOIN [Secondary Codes] ON "
-                                  "[Account Codes].[Account Code] = [Secondary Codes].[Main "
-                                  "Code ID] "
-                                  "Where [Account Codes].[Show In CashBk] = True Order by "
-                                  "[Cached Name]"),
-                   0, true, QStringLiteral("None"), false, true, true);
 }
 
 void AddressBookLogic::activate()
@@ -312,91 +165,31 @@ void AddressBookLogic::FillNameList(bool currentOnly, qint32 &addressId, const Q
         std::unique_ptr<Database> own;
         if (!m_farm)
             own = openSuiteDatabase();
-        Database &farm = m_farm ? *m_farm : *own;
-        Database &wage = farm;
+        const AddressStore names(m_farm ? *m_farm : *own);
 
-        qint32 reselect = -1;
-        if (addressId >= 1)
-            reselect = addressId;
-        else if (m_nameList.listIndex() >= 0)
-            reselect = m_nameList.currentData();
+        const qint32 reselect = addressId >= 1                ? addressId
+                                : m_nameList.listIndex() >= 0 ? m_nameList.currentData()
+                                                              : -1;
 
         m_nameList.clear();
-        int position = -1;
-        const auto add = [&](const QVariant &name, qint32 id) {
-            if (name.isNull())
-                return;
-            m_nameList.addItem(name.toString(), id);
-            if (id == reselect)
-                position = m_nameList.count() - 1;
-        };
-        const auto fillLoop = [&](Recordset &rs) {
-            m_nameList.reserve(rs.recordCount());
-            for (; !rs.eof(); rs.moveNext())
-                add(rs.value(1), qint32(rs.value(0).toLongLong()));
-        };
+        if (m_employeeMode)
+            names.listEmployees(m_nameList, currentOnly);
+        else
+            names.listNames(m_nameList, filter);
 
-        if (m_employeeMode) {
-            Recordset addresses(farm,
-                                QStringLiteral("SELECT DISTINCTROW Addresses.AddressID, "
-                                               "Addresses.BusName "
-                                               "From Addresses "
-                                               "WHERE (((Addresses.WageFlag)=True)) "
-                                               "ORDER BY Addresses.busname;"),
-                                Recordset::Snapshot);
-            if (currentOnly) {
-                Recordset employees(wage,
-                                    QStringLiteral("SELECT DISTINCTROW Employees.AddressID "
-                                                   "From Employees "
-                                                   "WHERE Employees.[Datefinished] Is Null Or "
-                                                   "Employees.[Datefinished]=0 "
-                                                   "ORDER BY Employees.AddressID;"),
-                                    Recordset::Snapshot);
-                // Each employee's address row, found by key rather than by a
-                // search through the rows: the first row of an identifier wins,
-                // as a search from the top would find it.
-                QHash<qint64, QVariant> names;
-                names.reserve(addresses.recordCount());
-                for (; !addresses.eof(); addresses.moveNext()) {
-                    const qint64 id = addresses.value(0).toLongLong();
-                    if (!names.contains(id))
-                        names.insert(id, addresses.value(1));
-                }
-                for (; !employees.eof(); employees.moveNext()) {
-                    const QVariant id = employees.value(0);
-                    if (id.isNull())
-                        continue;
-                    const auto match = names.constFind(id.toLongLong());
-                    if (match != names.constEnd())
-                        add(match.value(), qint32(match.key()));
-                }
-            } else {
-                fillLoop(addresses);
-            }
-        } else {
-            Recordset addresses(farm,
-                                QStringLiteral("SELECT DISTINCTROW Addresses.AddressID, "
-                                               "Addresses.BusName "
-                                               "FROM Addresses "
-                                               "WHERE Addresses.busname LIKE ") +
-                                    JetSql::quote(filter) +
-                                    QStringLiteral(" ORDER BY Addresses.busname;"),
-                                Recordset::Snapshot);
-            fillLoop(addresses);
-        }
-
-        if (position >= 0) {
-            m_nameList.setListIndex(position);
-            cmbNameClick();
-        } else if (m_nameList.count() == 0) {
+        // The last item of the entry: an employee may be listed once per Employees row.
+        int position = m_nameList.count() - 1;
+        while (position >= 0 && m_nameList.itemData(position) != reselect)
+            --position;
+        if (m_nameList.count() == 0) {
             m_nameList.clear();
             leaveShownEntry();
         } else {
-            m_nameList.setListIndex(0);
+            m_nameList.setListIndex(qMax(position, 0));
             cmbNameClick();
         }
     } catch (const CvError &e) {
-        showErrorReport(e, ErrorOrigin::FillNameList);
+        showErrorReport(e, origin("FillNameList"));
     }
 }
 
@@ -457,23 +250,19 @@ void AddressBookLogic::UpdateScreenDisplay()
             m_nameList.setListIndex(0);
         const qint32 id = m_nameList.currentData();
         setBusy(true);
-        if (!showRow(id)) {
+        // The caller has saved what the user changed on the entry being left, so nothing
+        // typed is read over. Only this one row is read: showing an entry costs the same
+        // in any size of book. Without such an entry the screen stays as it was.
+        if (!m_entry.show(store(), id, m_employeeMode)) {
             setBusy(false);
             return;
         }
+        m_employeeId = 0;
         AddressGlobals::CurrentAddressID = id;
-        if (m_employeeMode) {
-            Recordset employee(wage(),
-                               QStringLiteral("Select Distinctrow * from Employees where "
-                                              "AddressID = ") +
-                                   QString::number(id),
-                               Recordset::Snapshot);
-            m_employeeId = employee.eof()
-                               ? 0
-                               : qint32(employee.value(QStringLiteral("EmployeeID")).toLongLong());
-        } else {
-            EnableEditPays(m_flags[WageFlag]);
-        }
+        if (m_employeeMode)
+            m_employeeId = store().employeeOf(id);
+        else
+            EnableEditPays(m_entry.flag(WageFlag));
         if (m_currentTab == payTab()) {
             if (m_wageTab)
                 m_wageTab->loadWageTab(farm(), id, m_employeeId);
@@ -483,52 +272,7 @@ void AddressBookLogic::UpdateScreenDisplay()
         setBusy(false);
     } catch (const CvError &e) {
         setBusy(false);
-        showErrorReport(e, ErrorOrigin::UpdateScreenDisplay);
-    }
-}
-
-// Shows the entry: the caller has saved what the user changed on the entry
-// being left (saveCurrentTab), so nothing typed is read over. Only this one row is read, so
-// showing an entry costs the same in any size of book. False when there is no
-// such entry (in employee mode: no such employee entry); the screen then stays
-// as it was.
-bool AddressBookLogic::showRow(qint32 addressId)
-{
-    Recordset rs(farm(), rowQuery(addressId), Recordset::Snapshot);
-    if (rs.eof())
-        return false;
-    if (m_employeeMode && !rs.value(QLatin1String(kFlagColumns[WageFlag])).toBool())
-        return false;
-    for (int i = 0; i < FieldCount; ++i) {
-        const QVariant v = rs.value(QLatin1String(kColumns[i]));
-        m_fields[i] = m_storedFields[i] = v.isNull() ? QString() : v.toString();
-    }
-    for (int f = 0; f < 2; ++f)
-        m_flags[f] = m_storedFlags[f] = rs.value(QLatin1String(kFlagColumns[f])).toBool();
-    m_refused = {};
-    m_shownId = addressId;
-    m_employeeId = 0;
-    showHeading(rs.value(QStringLiteral("HeadingAccount")));
-    m_storedHeadingIndex = m_headingList.listIndex();
-    m_headingChosen = false;
-    return true;
-}
-
-void AddressBookLogic::showHeading(const QVariant &headingAccount)
-{
-    if (m_headingList.count() == 0)
-        return;
-    const qint64 heading = headingAccount.isNull() ? 0 : headingAccount.toLongLong();
-    if (heading == 0) {
-        m_headingList.setListIndex(0);
-        return;
-    }
-    // A heading that is no longer listed leaves the list as it was.
-    for (int i = 1; i < m_headingList.count(); ++i) {
-        if (m_headingList.itemData(i) == heading) {
-            m_headingList.setListIndex(i);
-            return;
-        }
+        showErrorReport(e, origin("UpdateScreenDisplay"));
     }
 }
 
@@ -538,24 +282,15 @@ void AddressBookLogic::leaveShownEntry()
 {
     saveCurrentTab();
     ClearScreen();
-    m_notes.clear();
-    m_storedNotes.clear();
+    m_entry.clearNotes();
 }
 
 void AddressBookLogic::ClearScreen()
 {
     Batch batch(*this);
-    m_fields = {};
-    m_storedFields = {};
-    m_refused = {};
-    m_flags[0] = m_flags[1] = m_storedFlags[0] = m_storedFlags[1] = false;
-    m_shownId = 0;
+    m_entry.clear();
     m_employeeId = 0;
-    if (m_editPaysEnabled)
-        m_editPaysEnabled = false;
-    m_headingList.setListIndex(-1);
-    m_headingList.setText(QString());
-    m_headingChosen = false;
+    m_editPaysEnabled = false;
 }
 
 void AddressBookLogic::EnableEditPays(bool wageFlag)
@@ -566,70 +301,27 @@ void AddressBookLogic::EnableEditPays(bool wageFlag)
 
 // ---- Editing the first tab -------------------------------------------------
 
-QString AddressBookLogic::columnName(int field)
-{
-    return validField(field) ? QLatin1String(kColumns[field]) : QString();
-}
-
-QString AddressBookLogic::field(int field) const
-{
-    return validField(field) ? m_fields[field] : QString();
-}
-
-bool AddressBookLogic::flag(Flag flag) const
-{
-    return m_flags[flag == WageFlag ? 0 : 1];
-}
-
-int AddressBookLogic::maxLength(int field) const
-{
-    if (!validField(field))
-        return 0;
-    return field == BusBankAcBranch ? m_branchMaxLength : kMaxLength[field];
-}
-
-QString AddressBookLogic::fieldCaption(int field) const
-{
-    if (!validField(field))
-        return QString();
-    if (field == TaxNumber)
-        return m_taxNumberCaption;
-    if (!m_bankLayout.suffixVisible && (field == BusBankAcBranch || field == BusBankAcSuffix))
-        return QString();
-    return QLatin1String(kCaptions[field]);
-}
-
-QString AddressBookLogic::taxNumberCaption() const
-{
-    return m_taxNumberCaption;
-}
-
 void AddressBookLogic::editField(int field, const QString &text)
 {
     Batch batch(*this);
-    if (!validField(field))
-        return;
-    m_fields[field] = text;
-    m_refused[field] = false;
+    m_entry.edit(field, text);
 }
 
 void AddressBookLogic::focusInField(int field)
 {
-    if (field == BusName || field == ContactLastName)
-        m_protectedText = m_fields[field];
+    m_entry.focusIn(field);
 }
 
 void AddressBookLogic::focusOutField(int field)
 {
     Batch batch(*this);
-    if ((field == BusName || field == ContactLastName) && m_fields[field].isEmpty())
-        m_fields[field] = m_protectedText;
+    m_entry.focusOut(field);
 }
 
 void AddressBookLogic::toggleFlag(Flag flag, bool on)
 {
     Batch batch(*this);
-    m_flags[flag == WageFlag ? 0 : 1] = on;
+    m_entry.setFlag(flag, on);
     // The button follows the entry's flag as shown: ticking "Show in Wagebook" makes the
     // entry an employee whose pay details can be set up at once. Employee mode keeps it
     // disabled.
@@ -640,107 +332,17 @@ void AddressBookLogic::toggleFlag(Flag flag, bool on)
 void AddressBookLogic::chooseHeading(int index)
 {
     Batch batch(*this);
-    if (index < -1 || index >= m_headingList.count())
-        return;
-    m_headingList.setListIndex(index);
-    m_headingChosen = true;
-}
-
-bool AddressBookLogic::boundFieldsChanged() const
-{
-    for (int i = 0; i < FieldCount; ++i) {
-        if (!m_refused[i] && m_fields[i] != m_storedFields[i])
-            return true;
-    }
-    return m_flags[0] != m_storedFlags[0] || m_flags[1] != m_storedFlags[1];
-}
-
-// Writes the changed fields of the shown entry, inside the caller's save. A value
-// the column refuses is reported and stays on screen; the other fields are written
-// all the same. Returns the fields written, to be marked stored once the save commits.
-std::vector<int> AddressBookLogic::writeBoundFields()
-{
-    std::vector<int> written;
-    if (!boundFieldsChanged())
-        return written;
-    Recordset rs(farm(), rowQuery(m_shownId));
-    if (rs.eof())
-        return written;
-    rs.edit();
-    for (int i = 0; i < FieldCount; ++i) {
-        if (m_refused[i] || m_fields[i] == m_storedFields[i])
-            continue;
-        try {
-            rs.setValue(QLatin1String(kColumns[i]),
-                        m_fields[i].isEmpty() ? QVariant() : QVariant(m_fields[i]));
-            written.push_back(i);
-        } catch (const CvError &e) {
-            m_refused[i] = true;
-            reportDataError(e);
-        }
-    }
-    for (int f = 0; f < 2; ++f) {
-        if (m_flags[f] != m_storedFlags[f])
-            rs.setValue(QLatin1String(kFlagColumns[f]), m_flags[f]);
-    }
-    rs.update();
-    return written;
-}
-
-QString AddressBookLogic::shownEntryName() const
-{
-    const QString name = m_storedFields[BusName];
-    return name.isEmpty() ? QStringLiteral("this entry") : name;
+    m_entry.chooseHeading(index);
 }
 
 bool AddressBookLogic::saveEntry(bool withNotes)
 {
-    if (!m_farm || m_shownId == 0)
+    if (!m_farm)
         return true;
-    const bool notesChanged = withNotes && m_notes != m_storedNotes;
-    // Nothing the user did not change is written.
-    if (!boundFieldsChanged() && !m_headingChosen && !notesChanged)
-        return true;
-    std::vector<int> written;
-    const SaveOutcome outcome = saveChanges(farm(), shownEntryName(), [&] {
-        written = writeBoundFields();
-        if (m_headingChosen)
-            saveHeadingChoice();
-        if (notesChanged)
-            farm().execute(QStringLiteral("UPDATE Addresses SET notes = ? WHERE AddressID = ?"),
-                           {m_notes, m_shownId});
-    });
-    switch (outcome) {
-    case SaveOutcome::Saved:
-        for (int i : written)
-            m_storedFields[i] = m_fields[i];
-        m_storedFlags[0] = m_flags[0];
-        m_storedFlags[1] = m_flags[1];
-        m_storedHeadingIndex = m_headingList.listIndex();
-        m_headingChosen = false;
-        if (notesChanged)
-            m_storedNotes = m_notes;
-        return true;
-    case SaveOutcome::Discarded:
-        // The entry as it was read comes back, without reading it again (the file
-        // may still be held).
-        m_fields = m_storedFields;
-        m_refused = {};
-        m_flags[0] = m_storedFlags[0];
-        m_flags[1] = m_storedFlags[1];
-        if (m_headingChosen) {
-            m_headingList.setListIndex(m_storedHeadingIndex);
-            m_headingChosen = false;
-        }
-        if (withNotes)
-            m_notes = m_storedNotes;
-        if (!m_employeeMode)
-            EnableEditPays(m_flags[WageFlag]);
-        return true;
-    case SaveOutcome::Kept:
-        break;
-    }
-    return false;
+    const SaveOutcome outcome = m_entry.save(farm(), withNotes);
+    if (outcome == SaveOutcome::Discarded && !m_employeeMode)
+        EnableEditPays(m_entry.flag(WageFlag));
+    return outcome != SaveOutcome::Kept;
 }
 
 bool AddressBookLogic::SaveHeading()
@@ -749,45 +351,22 @@ bool AddressBookLogic::SaveHeading()
     return saveEntry(false);
 }
 
-void AddressBookLogic::saveHeadingChoice()
-{
-    const QString where = QStringLiteral("WHERE (((Addresses.AddressID)=") +
-                          QString::number(m_shownId) + QStringLiteral("));");
-    const int index = m_headingList.listIndex();
-    if (index == 0 && m_headingList.text() == u"None") {
-        farm().execute(
-            QStringLiteral("UPDATE DISTINCTROW Addresses SET Addresses.HeadingAccount = Null ") +
-            where);
-    } else if (index >= 1 && m_headingList.itemData(index) >= 1) {
-        farm().execute(QStringLiteral("UPDATE DISTINCTROW Addresses SET "
-                                      "Addresses.HeadingAccount = ") +
-                       QString::number(m_headingList.itemData(index)) + u' ' + where);
-    }
-}
-
 // ---- Notes -------------------------------------------------------------------
 
 void AddressBookLogic::editNotes(const QString &text)
 {
     Batch batch(*this);
-    m_notes = text;
+    m_entry.editNotes(text);
 }
 
 void AddressBookLogic::LoadAddressNotes()
 {
     Batch batch(*this);
-    m_notes.clear();
-    m_storedNotes.clear();
+    m_entry.clearNotes();
     try {
         if (!m_farm)
             return;
-        Recordset rs(farm(),
-                     QStringLiteral("Select distinctrow notes from Addresses where addressid = ") +
-                         QString::number(m_shownId),
-                     Recordset::Snapshot);
-        if (!rs.eof() && !rs.isNull(QStringLiteral("notes")))
-            m_notes = rs.value(QStringLiteral("notes")).toString();
-        m_storedNotes = m_notes;
+        m_entry.loadNotes(store());
     } catch (const CvError &e) {
         showErrorReport(e, origin("LoadAddressNotes"));
     }
@@ -816,7 +395,7 @@ bool AddressBookLogic::saveCurrentTab()
 
 bool AddressBookLogic::saveTab(int tab)
 {
-    if (tab == payTab() && m_wageTab && m_shownId != 0 && !m_wageTab->SaveWageTab())
+    if (tab == payTab() && m_wageTab && m_entry.id() != 0 && !m_wageTab->SaveWageTab())
         return false;
     return saveEntry(tab == notesTab());
 }
@@ -854,8 +433,8 @@ void AddressBookLogic::prepareTab(int tab)
         LoadAddressNotes();
     } else if (tab == payTab()) {
         m_payFrameVisible = true;
-        if (m_wageTab && m_shownId != 0)
-            m_wageTab->loadWageTab(farm(), m_shownId, m_employeeId);
+        if (m_wageTab && m_entry.id() != 0)
+            m_wageTab->loadWageTab(farm(), m_entry.id(), m_employeeId);
     }
 }
 
@@ -883,76 +462,35 @@ void AddressBookLogic::addEntry()
             if (!saveCurrentTab())
                 return;
             setBusy(true);
-            qint32 newId = 0;
-            qint32 newEmployee = 0;
+            AddressStore::Added added;
             // The address and, on the employee window, its Employees row are one save:
             // an entry flagged for the wage book never lacks its row.
             const SaveOutcome outcome =
                 saveChanges(farm(), QStringLiteral("the new entry %1").arg(answer), [&] {
-                    // No row has the identifier 0: the set starts empty.
-                    Recordset rs(farm(), rowQuery(0));
-                    rs.addNew();
-                    rs.setValue(QStringLiteral("WageFlag"), m_employeeMode);
-                    rs.setValue(QStringLiteral("busname"), answer);
-                    if (m_employeeMode)
-                        rs.setValue(QStringLiteral("contactlastname"), lastWord(answer));
-                    rs.update();
-                    newId = qint32(rs.lastInsertId());
-                    if (m_employeeMode) {
-                        Recordset employee(wage(),
-                                           QStringLiteral("Select Distinctrow * from "
-                                                          "Employees where EmployeeID = 0"));
-                        employee.addNew();
-                        employee.setValue(QStringLiteral("AddressID"), newId);
-                        employee.setValue(QStringLiteral("EmployeetypeID"),
-                                          DefaultEmployeeTypeID(wage()));
-                        employee.setValue(QStringLiteral("PayIntervalID"),
-                                          DefaultPayIntervalID(wage()));
-                        employee.setValue(QStringLiteral("TaxTypeID"), DefaultTaxTypeID(wage()));
-                        employee.update();
-                        newEmployee = qint32(employee.lastInsertId());
-                    }
+                    added = store().addEntry(answer, m_employeeMode, lastWord(answer));
                 });
             setBusy(false);
             if (outcome != SaveOutcome::Saved)
                 return;
-            if (m_editPaysEnabled)
-                m_editPaysEnabled = false;
+            m_editPaysEnabled = false;
             emit focusFieldRequested(BusName);
-            showRow(newId);
-            AddressGlobals::CurrentAddressID = newId;
-            m_employeeId = newEmployee;
+            m_entry.show(store(), added.addressId, m_employeeMode);
+            AddressGlobals::CurrentAddressID = added.addressId;
+            m_employeeId = added.employeeId;
         }
-        qint32 current = AddressGlobals::CurrentAddressID;
-        FillNameList(AddressGlobals::settings().EmployeeOnly(), current, QStringLiteral("*"));
-        UpdateScreenDisplay();
+        refreshList();
     } catch (const CvError &e) {
         setBusy(false);
         showErrorReport(e, origin("cmdAdd_Click"));
     }
 }
 
-bool AddressBookLogic::noWages(qint32 addressId)
+// After an add or delete: the whole list again, on the entry last shown.
+void AddressBookLogic::refreshList()
 {
-    Recordset rs(wage(),
-                 QStringLiteral("SELECT DISTINCTROW Wages.Date "
-                                "FROM Employees INNER JOIN Wages ON Employees.EmployeeID = "
-                                "Wages.EmployeeID "
-                                "WHERE (((Employees.AddressID)=") +
-                     QString::number(addressId) + QStringLiteral("));"),
-                 Recordset::Snapshot);
-    return rs.eof();
-}
-
-bool AddressBookLogic::noTransactions(qint32 addressId)
-{
-    Recordset rs(farm(),
-                 QStringLiteral("SELECT DISTINCTROW Transactions.Date "
-                                "FROM Transactions "
-                                "WHERE (((Transactions.AddressID)=") +
-                     QString::number(addressId) + QStringLiteral("));"),
-                 Recordset::Snapshot);
-    return rs.eof();
+    qint32 current = AddressGlobals::CurrentAddressID;
+    FillNameList(AddressGlobals::settings().EmployeeOnly(), current, QStringLiteral("*"));
+    UpdateScreenDisplay();
 }
 
 void AddressBookLogic::deleteEntry()
@@ -965,18 +503,16 @@ void AddressBookLogic::deleteEntry()
         if (id <= 0)
             return;
         const QString name = m_nameList.text();
-        const bool noWageRows = noWages(id);
-        const bool noCashbookRows = noTransactions(id);
-        if (noWageRows && !noCashbookRows) {
-            msgCashbookDataExists(name);
-            return;
-        }
-        if (!noWageRows && noCashbookRows) {
-            msgWagesExist(name);
-            return;
-        }
-        if (!noWageRows && !noCashbookRows) {
-            msgWagesAndCashbookExist(name);
+        const AddressStore data = store();
+        const bool wages = data.hasWages(id);
+        const bool cashbook = data.hasTransactions(id);
+        if (wages || cashbook) {
+            if (!wages)
+                msgCashbookDataExists(name);
+            else if (!cashbook)
+                msgWagesExist(name);
+            else
+                msgWagesAndCashbookExist(name);
             return;
         }
         if (!msgConfirmDeletion(name))
@@ -984,19 +520,13 @@ void AddressBookLogic::deleteEntry()
 
         // The Addresses row only: an Employees row stays behind.
         const SaveOutcome outcome =
-            saveChanges(farm(), QStringLiteral("the deletion of %1").arg(name), [&] {
-                Recordset rs(farm(), rowQuery(id));
-                if (!rs.eof())
-                    rs.remove();
-            });
+            saveChanges(farm(), QStringLiteral("the deletion of %1").arg(name),
+                        [&] { store().deleteEntry(id); });
         if (outcome != SaveOutcome::Saved)
             return;
-        if (m_shownId == id)
+        if (m_entry.id() == id)
             ClearScreen(); // its edits go with it
-
-        qint32 current = AddressGlobals::CurrentAddressID;
-        FillNameList(AddressGlobals::settings().EmployeeOnly(), current, QStringLiteral("*"));
-        UpdateScreenDisplay();
+        refreshList();
     } catch (const CvError &e) {
         showErrorReport(e, origin("cmdDelete_Click"));
     }
@@ -1021,7 +551,7 @@ void AddressBookLogic::editPayDetails()
         if (onNotes)
             LoadAddressNotes();
     } catch (const CvError &e) {
-        showErrorReport(e, ErrorOrigin::EditPaysClick);
+        showErrorReport(e, origin("cmdEditPays_Click."));
     }
 }
 
@@ -1039,8 +569,7 @@ bool AddressBookLogic::queryUnload()
 {
     Batch batch(*this);
     try {
-        if (m_shownId != 0 && m_fields[ContactLastName].isEmpty())
-            m_fields[ContactLastName] = lastWord(m_fields[BusName]);
+        m_entry.fillLastName();
         // A change that could not be saved keeps the window open, unless the user
         // chose to let it go.
         if (!saveCurrentTab())
@@ -1054,20 +583,13 @@ bool AddressBookLogic::queryUnload()
     return true;
 }
 
-QString AddressBookLogic::lastWord(const QString &name)
-{
-    const qsizetype blank = name.left(qMax<qsizetype>(name.size() - 1, 0)).lastIndexOf(u' ');
-    return blank < 0 ? name : name.mid(blank + 1);
-}
-
 void AddressBookLogic::unload()
 {
     Batch batch(*this);
     try {
         // After queryUnload() there is nothing left to save; a caller that unloads
         // without asking still gets the last changes stored.
-        if (m_shownId != 0 && m_fields[ContactLastName].isEmpty())
-            m_fields[ContactLastName] = lastWord(m_fields[BusName]);
+        m_entry.fillLastName();
         saveCurrentTab();
     } catch (const CvError &e) {
         showErrorReport(e, origin("Form_Unload"));

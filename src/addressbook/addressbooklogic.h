@@ -1,9 +1,12 @@
 #pragma once
 
-#include "controls/combolist.h"
+#include "addressbook/addressfields.h"
+#include "addressbook/addressform.h"
+#include "addressbook/addressstore.h"
+#include "addressbook/shownentry.h"
 #include "config/suitecolour.h"
+#include "controls/combolist.h"
 
-#include <array>
 #include <memory>
 #include <QObject>
 #include <QString>
@@ -14,7 +17,7 @@ class Database;
 class HelpOpener;
 class InputBoxService;
 class PayDetailsOpener;
-class WageTabHook;
+class PayInformationTab;
 
 // The logic of the address book window (frmAddresses): which entries the name
 // list holds, which entry is shown, what is written back when the user moves
@@ -25,91 +28,35 @@ class WageTabHook;
 //
 // Messages go through SuiteMessageBox (the installed MessageService); the
 // input box, the pay details dialog, the help viewer and the pay information
-// tab are reached through the interfaces set below, each optional.
+// tab are reached through the interfaces set below, each optional. The text
+// boxes of the first tab are described in addressfields.h; the data comes and
+// goes through AddressStore.
 //
-// The text boxes of the first tab, by index, and the Addresses column each one
-// is bound to:
-//
-//   0 BusName           9 BusCity           18 BusBankAcName
-//   1 ContactTitle     10 BusState          19 BusBankAcbank
-//   2 ContactInitials  11 BusCountry        20 BusBankAcBranch
-//   3 contactFirstName 12 BusPostCode       21 BusBankAcNo
-//   4 ContactLastName  13 BusPhone          22 BusBankAcSuffix
-//   5 BusAddress1      14 BusFax            23 CustomerNumber
-//   6 BusAddress2      15 BusCellular       24 TaxNumber
-//   7 BusAddress3      16 ContactEmail
-//   8 BusPOBox         17 BusWeb
-//
-// The two check boxes are WageFlag ("Show in Wagebook") and BusinessFlag
-// ("Show in Cashbook"); the heading list holds HeadingAccount; the notes box
-// on the notes tab holds notes.
+// Errors: each event member and each of the window's procedures below catches
+// what fails under it and reports it once, naming itself; the private helpers
+// throw.
 class AddressBookLogic : public QObject
 {
     Q_OBJECT
 public:
-    enum Field : int {
-        BusName = 0,
-        ContactTitle,
-        ContactInitials,
-        ContactFirstName,
-        ContactLastName,
-        BusAddress1,
-        BusAddress2,
-        BusAddress3,
-        BusPOBox,
-        BusCity,
-        BusState,
-        BusCountry,
-        BusPostCode,
-        BusPhone,
-        BusFax,
-        BusCellular,
-        ContactEmail,
-        BusWeb,
-        BusBankAcName,
-        BusBankAcBank,
-        BusBankAcBranch,
-        BusBankAcNo,
-        BusBankAcSuffix,
-        CustomerNumber,
-        TaxNumber,
-    };
-    static constexpr int FieldCount = 25;
+    using Field = AddressFields::Field;
+    using Flag = AddressFields::Flag;
+    using enum AddressFields::Field;
+    using enum AddressFields::Flag;
+    static constexpr int FieldCount = AddressFields::Count;
 
-    enum Flag : int { WageFlag = 0, BusinessFlag = 1 };
-
-    // The country's layout of the four bank boxes (19 to 22). Their captions
-    // and maximum lengths are given by fieldCaption() and maxLength().
-    struct BankLayout
-    {
-        QString groupCaption = QStringLiteral("Bank"); // "BSB" in Australia
-        QString remark = QStringLiteral("Required for electronic payments ");
-        bool hyphenVisible = false; // the "-" between the bank and branch boxes
-        bool suffixVisible = true;
-        bool branchAsWideAsBank = false;
-    };
-
-    // Texts of the window besides the field captions.
-    struct Captions
-    {
-        QString showInCashbook;               // check box of BusinessFlag
-        QString showInWagebook;               // check box of WageFlag
-        QString cashbookHeading;              // label of the heading list
-        QString employeeSwitch;               // label of chk_employee
-        QString notesHint;                    // "Ctrl Enter for a new line"
-        QString mergeRemark;                  // the remark about Notepad files
-        QString add, remove, close, editPays; // button texts with their accelerators
-    };
+    using BankLayout = AddressForm::BankLayout;
+    using Captions = AddressForm::Captions;
 
     explicit AddressBookLogic(QObject *parent = nullptr);
     ~AddressBookLogic() override;
 
     // Optional services; the logic does not own them. Without an input box an
     // Add is answered with an empty name.
-    void setInputBox(InputBoxService *inputBox);
-    void setPayDetailsOpener(PayDetailsOpener *opener);
-    void setHelpOpener(HelpOpener *opener);
-    void setWageTab(WageTabHook *wageTab);
+    void setInputBox(InputBoxService *inputBox) { m_inputBox = inputBox; }
+    void setPayDetailsOpener(PayDetailsOpener *opener) { m_payOpener = opener; }
+    void setHelpOpener(HelpOpener *opener) { m_helpOpener = opener; }
+    void setWageTab(PayInformationTab *wageTab) { m_wageTab = wageTab; }
 
     // ---- Events the view forwards -------------------------------------------
 
@@ -177,29 +124,28 @@ public:
 
     // The last word of a name: the text after the last blank among all
     // characters but the final one; the whole name when there is none.
-    static QString lastWord(const QString &name);
-    // The Addresses column of a text box.
-    static QString columnName(int field);
+    static QString lastWord(const QString &name) { return ShownEntry::lastWord(name); }
 
     // ---- State to show ------------------------------------------------------
 
     bool isLoaded() const { return m_loaded; }
     bool employeeMode() const { return m_employeeMode; }
 
-    QString field(int field) const;
-    bool flag(Flag flag) const;
-    // 0 when the box takes any length.
-    int maxLength(int field) const;
-    // Empty for the second and third street address lines, and for the
-    // branch and suffix in the Australian layout.
-    QString fieldCaption(int field) const;
-    QString taxNumberCaption() const;
-    const BankLayout &bankLayout() const { return m_bankLayout; }
-    const Captions &captions() const { return m_captions; }
+    QString field(int field) const { return m_entry.field(field); }
+    bool flag(Flag flag) const { return m_entry.flag(flag); }
+    // The boxes' limits, widths and captions, and the window's other texts, as the
+    // country has them.
+    const AddressForm &form() const { return m_form; }
+    int maxLength(int field) const { return m_form.maxLength(field); }
+    int boxChars(int field) const { return m_form.boxChars(field); }
+    QString fieldCaption(int field) const { return m_form.fieldCaption(field); }
+    QString taxNumberCaption() const { return m_form.taxNumberCaption(); }
+    const BankLayout &bankLayout() const { return m_form.bankLayout(); }
+    const Captions &captions() const { return m_form.captions(); }
 
     const ComboList &nameList() const { return m_nameList; }
-    const ComboList &headingList() const { return m_headingList; }
-    QString notes() const { return m_notes; }
+    const ComboList &headingList() const { return m_entry.headingList(); }
+    QString notes() const { return m_entry.notes(); }
 
     // "Addresses", ["Pay Information",] "Notes".
     QStringList tabCaptions() const;
@@ -231,7 +177,7 @@ public:
     bool busy() const { return m_busy; }
 
     // The entry whose values are on the first tab, 0 when none is shown.
-    qint32 shownAddressId() const { return m_shownId; }
+    qint32 shownAddressId() const { return m_entry.id(); }
     // Its Employees row in employee mode, 0 when it has none.
     qint32 employeeId() const { return m_employeeId; }
 
@@ -252,53 +198,30 @@ private:
     class Batch;
     friend class Batch;
 
-    void touch();
+    void notifyChanged();
     Database &farm() const;
-    Database &wage() const;
+    AddressStore store() const { return AddressStore(farm()); }
     void setBusy(bool busy);
     void cmbNameClick();
     bool saveTab(int tab);
     bool saveEntry(bool withNotes);
-    QString shownEntryName() const;
     void prepareTab(int tab);
-    bool showRow(qint32 addressId);
-    void showHeading(const QVariant &headingAccount);
     void leaveShownEntry();
-    std::vector<int> writeBoundFields();
-    bool boundFieldsChanged() const;
-    void saveHeadingChoice();
-    void fillHeadingList();
-    void setCaptions();
-    bool noWages(qint32 addressId);
-    bool noTransactions(qint32 addressId);
+    void refreshList();
 
     std::unique_ptr<Database> m_farm;
     InputBoxService *m_inputBox = nullptr;
     PayDetailsOpener *m_payOpener = nullptr;
     HelpOpener *m_helpOpener = nullptr;
-    WageTabHook *m_wageTab = nullptr;
+    PayInformationTab *m_wageTab = nullptr;
 
     bool m_loaded = false;
     bool m_employeeMode = false;
 
-    // The shown row: its values as read, and as the user has them now.
-    qint32 m_shownId = 0;
-    qint32 m_employeeId = 0;
-    std::array<QString, FieldCount> m_fields;
-    std::array<QString, FieldCount> m_storedFields;
-    // Values the column refused: reported once, kept on screen, not retried
-    // until the user edits them.
-    std::array<bool, FieldCount> m_refused{};
-    bool m_flags[2] = {false, false};
-    bool m_storedFlags[2] = {false, false};
-    QString m_protectedText; // boxes 0 and 4: the text they had on focus in
+    ShownEntry m_entry;
+    qint32 m_employeeId = 0; // the shown entry's Employees row
 
     ComboList m_nameList;
-    ComboList m_headingList;
-    bool m_headingChosen = false;  // picked by the user since the entry was shown
-    int m_storedHeadingIndex = -1; // the list's item for the entry as it was read
-    QString m_notes;
-    QString m_storedNotes; // as read, to write them only when the user changed them
     QString m_filter = QStringLiteral("*");
 
     int m_currentTab = 0;
@@ -310,10 +233,7 @@ private:
     bool m_employeeSwitchChecked = false;
     QString m_employeeSwitchToolTip;
 
-    BankLayout m_bankLayout;
-    Captions m_captions;
-    QString m_taxNumberCaption;
-    int m_branchMaxLength = 4;
+    AddressForm m_form;
     SuiteColour m_headerColour;
     QString m_helpFile;
     QString m_helpTopic;
@@ -322,5 +242,4 @@ private:
 
     quint64 m_revision = 0;
     int m_batchDepth = 0;
-    bool m_batchDirty = false;
 };

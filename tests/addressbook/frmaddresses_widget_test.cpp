@@ -5,7 +5,7 @@
 #include "addressbook/helpopener.h"
 #include "addressbook/ui/addressbookwindow.h"
 #include "addressbook/ui/frmaddresses.h"
-#include "addressbook/ui/wagestabhook.h"
+#include "addressbook/ui/wagestabadapter.h"
 #include "controls/inputboxservice.h"
 #include "data/database.h"
 #include "data/money.h"
@@ -90,7 +90,7 @@ protected:
         logic->setHelpOpener(&help);
         form = std::make_unique<frmAddresses>(*logic);
         // The Pay Information page shows the employee, as in the real window.
-        wagesHook = std::make_unique<WagesTabHook>(*form->wagesTab());
+        wagesHook = std::make_unique<WagesTabAdapter>(*form->wagesTab());
         logic->setWageTab(wagesHook.get());
         logic->load();
         form->show();
@@ -128,7 +128,7 @@ protected:
     RecordingHelp help;
     std::unique_ptr<Logic> logic;
     std::unique_ptr<frmAddresses> form;
-    std::unique_ptr<WagesTabHook> wagesHook;
+    std::unique_ptr<WagesTabAdapter> wagesHook;
 };
 
 TEST_F(WindowTest, EnterMovesOnAndCtrlEnterMakesANewLineInTheNotes)

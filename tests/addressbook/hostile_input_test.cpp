@@ -6,9 +6,9 @@
 #include "addressbook/addressbooklogic.h"
 #include "data/money.h"
 #include "data/serialdate.h"
+#include "launch/addressglobals.h"
 #include "paydetails/deductiongrid.h"
 #include "paydetails/paydetailseditor.h"
-#include "launch/addressglobals.h"
 
 #include <cstdio>
 #include <optional>
@@ -180,7 +180,9 @@ TEST_F(HostileInput, EveryTextFieldStoresRefusesOrNormalisesEveryString)
     ASSERT_EQ(book.shownAddressId(), 10);
     for (const QString &s : hostileStrings()) {
         // Every box at once, then on to the neighbour and back: one save, as a user makes it.
-        const auto column = [](int f) { return AddressBookLogic::columnName(f); };
+        const auto column = [](int f) {
+            return QString(AddressFields::table[std::size_t(f)].column);
+        };
         const auto stored = [&](const QString &column) {
             return raw(suite.farmPath(), "Addresses", column, "AddressID=10");
         };

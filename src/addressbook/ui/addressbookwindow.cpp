@@ -25,7 +25,7 @@ void AddressBookWindow::load()
     m_logic->setInputBox(&m_inputBox);
     m_logic->setHelpOpener(&m_helpOpener);
     m_form = new frmAddresses(*m_logic);
-    m_wagesTabHook = std::make_unique<WagesTabHook>(*m_form->wagesTab());
+    m_wagesTabHook = std::make_unique<WagesTabAdapter>(*m_form->wagesTab());
     m_logic->setWageTab(m_wagesTabHook.get());
     m_payDetailsOpener = PayDetailsDialogOpener(m_form);
     m_logic->setPayDetailsOpener(&m_payDetailsOpener);

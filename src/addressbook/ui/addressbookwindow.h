@@ -2,7 +2,7 @@
 
 #include "addressbook/ui/desktophelpopener.h"
 #include "addressbook/ui/paydetailsdialogopener.h"
-#include "addressbook/ui/wagestabhook.h"
+#include "addressbook/ui/wagestabadapter.h"
 #include "controls/ui/inputbox.h"
 #include "launch/addresswindow.h"
 
@@ -42,7 +42,7 @@ private:
     InputBox m_inputBox;
     DesktopHelpOpener m_helpOpener;
     PayDetailsDialogOpener m_payDetailsOpener;
-    std::unique_ptr<WagesTabHook> m_wagesTabHook;
+    std::unique_ptr<WagesTabAdapter> m_wagesTabHook;
     bool m_open = false;
     QPointer<QEventLoop> m_modalLoop;
 };

@@ -4,12 +4,12 @@
 
 class Database;
 
-// The pay information tab of the employee window, filled in by the pay details
-// editor. Until an editor is attached the tab neither loads nor saves.
-class WageTabHook
+// The pay information tab of the employee window as its logic sees it: the pay
+// details editor fills it in. Until one is attached the tab neither loads nor saves.
+class PayInformationTab
 {
 public:
-    virtual ~WageTabHook() = default;
+    virtual ~PayInformationTab() = default;
     // Shows the pay details of the entry. employeeId is the entry's Employees
     // row, 0 when it has none. The database is the window's own connection (the
     // wage file attached to the main file), open for its lifetime.

@@ -1,0 +1,230 @@
+#include "addressbook/addressstore.h"
+
+#include "controls/combolist.h"
+#include "controls/filldaovbcombo.h"
+#include "data/database.h"
+#include "data/jetsql.h"
+#include "data/recordset.h"
+#include "paydetails/employeedefaults.h"
+
+#include <QHash>
+
+using namespace AddressFields;
+
+namespace {
+
+const QString kEntry = QStringLiteral("Select distinctrow * from Addresses where addressid = ?");
+
+// Adds the rows of a recordset of (AddressID, name) to the list.
+void addNames(ComboList &list, Recordset &rs)
+{
+    list.reserve(rs.recordCount());
+    for (; !rs.eof(); rs.moveNext()) {
+        const QVariant name = rs.value(1);
+        if (!name.isNull())
+            list.addItem(name.toString(), qint32(rs.value(0).toLongLong()));
+    }
+}
+
+} // namespace
+
+// TODO(lead): once Recordset takes bound values (Recordset(Database&, source, params, kind)
+// on branch data), pass them on here instead of writing them into the text. Until then
+// each ? (the statements here have no other) becomes the value as a Jet literal. A bound
+// LIKE pattern must then still be read as Jet's (* and ?), as the quoted literal is now.
+Recordset AddressStore::select(const QString &jetSql, const QVariantList &values,
+                               bool forEdit) const
+{
+    QString sql;
+    qsizetype from = 0;
+    for (const QVariant &value : values) {
+        const qsizetype mark = jetSql.indexOf(u'?', from);
+        sql += jetSql.mid(from, mark - from);
+        sql += value.typeId() == QMetaType::QString ? JetSql::quote(value.toString())
+                                                    : QString::number(value.toLongLong());
+        from = mark + 1;
+    }
+    sql += jetSql.mid(from);
+    return Recordset(m_db, sql, forEdit ? Recordset::Dynaset : Recordset::Snapshot);
+}
+
+void AddressStore::listNames(ComboList &list, const QString &pattern) const
+{
+    Recordset rs = select(QStringLiteral("SELECT DISTINCTROW Addresses.AddressID, "
+                                         "Addresses.BusName FROM Addresses "
+                                         "WHERE Addresses.busname LIKE ? "
+                                         "ORDER BY Addresses.busname;"),
+                          {pattern}, false);
+    addNames(list, rs);
+}
+
+void AddressStore::listEmployees(ComboList &list, bool currentOnly) const
+{
+    Recordset addresses = select(QStringLiteral("SELECT DISTINCTROW Addresses.AddressID, "
+                                                "Addresses.BusName From Addresses "
+                                                "WHERE Addresses.WageFlag = True "
+                                                "ORDER BY Addresses.busname;"),
+                                 {}, false);
+    if (!currentOnly) {
+        addNames(list, addresses);
+        return;
+    }
+    Recordset employees = select(QStringLiteral("SELECT DISTINCTROW Employees.AddressID "
+                                                "From Employees "
+                                                "WHERE Employees.[Datefinished] Is Null Or "
+                                                "Employees.[Datefinished]=0 "
+                                                "ORDER BY Employees.AddressID;"),
+                                 {}, false);
+    // Each employee's address row, found by key: two plain reads and a hash beat a join,
+    // which SQLite answers with a sort. The first row of an identifier wins, as a search
+    // from the top would find it.
+    QHash<qint64, QVariant> names;
+    names.reserve(addresses.recordCount());
+    for (; !addresses.eof(); addresses.moveNext()) {
+        const qint64 id = addresses.value(0).toLongLong();
+        if (!names.contains(id))
+            names.insert(id, addresses.value(1));
+    }
+    list.reserve(employees.recordCount());
+    for (; !employees.eof(); employees.moveNext()) {
+        const QVariant id = employees.value(0);
+        const auto match = id.isNull() ? names.constEnd() : names.constFind(id.toLongLong());
+        if (match != names.constEnd() && !match.value().isNull())
+            list.addItem(match.value().toString(), qint32(match.key()));
+    }
+}
+
+void AddressStore::listHeadings(ComboList &list) const
+{
+    FillDaoVBCombo(m_db, list,
+                   QStringLiteral("SELECT DISTINCTROW [Secondary Codes].[Secondary Codes ID], "
+                                  "[Secondary Codes].[Cached Name] "
+                                  "FROM [Account Codes] INNER JOIN [Secondary Codes] ON "
+                                  "[Account Codes].[Account Code] = "
+                                  "[Secondary Codes].[Main Code ID] "
+                                  "Where [Account Codes].[Show In CashBk] = True "
+                                  "Order by [Cached Name]"),
+                   0, true, QStringLiteral("None"), false, true, true);
+}
+
+std::optional<AddressStore::Entry> AddressStore::readEntry(qint32 addressId) const
+{
+    Recordset rs = select(kEntry, {addressId}, false);
+    if (rs.eof())
+        return std::nullopt;
+    Entry entry;
+    for (int i = 0; i < Count; ++i) {
+        const QVariant v = rs.value(table[std::size_t(i)].column);
+        entry.values.fields[std::size_t(i)] = v.isNull() ? QString() : v.toString();
+    }
+    for (std::size_t f = 0; f < flagColumns.size(); ++f)
+        entry.values.flags[f] = rs.value(flagColumns[f]).toBool();
+    entry.headingAccount = rs.value(QStringLiteral("HeadingAccount"));
+    return entry;
+}
+
+qint32 AddressStore::employeeOf(qint32 addressId) const
+{
+    Recordset rs = select(QStringLiteral("Select Distinctrow * from Employees where AddressID = ?"),
+                          {addressId}, false);
+    return rs.eof() ? 0 : qint32(rs.value(QStringLiteral("EmployeeID")).toLongLong());
+}
+
+QString AddressStore::readNotes(qint32 addressId) const
+{
+    Recordset rs = select(QStringLiteral("Select distinctrow notes from Addresses "
+                                         "where addressid = ?"),
+                          {addressId}, false);
+    return rs.eof() || rs.isNull(QStringLiteral("notes"))
+               ? QString()
+               : rs.value(QStringLiteral("notes")).toString();
+}
+
+bool AddressStore::hasWages(qint32 addressId) const
+{
+    return !select(QStringLiteral("SELECT DISTINCTROW Wages.Date FROM Employees INNER JOIN "
+                                  "Wages ON Employees.EmployeeID = Wages.EmployeeID "
+                                  "WHERE Employees.AddressID = ?;"),
+                   {addressId}, false)
+                .eof();
+}
+
+bool AddressStore::hasTransactions(qint32 addressId) const
+{
+    return !select(QStringLiteral("SELECT DISTINCTROW Transactions.Date FROM Transactions "
+                                  "WHERE Transactions.AddressID = ?;"),
+                   {addressId}, false)
+                .eof();
+}
+
+AddressStore::Written AddressStore::writeEntry(qint32 addressId, const Values &values,
+                                               const std::vector<int> &fields,
+                                               const std::vector<int> &flags)
+{
+    Written written;
+    if (fields.empty() && flags.empty())
+        return written;
+    // Through the row's recordset, which checks each value against its column.
+    Recordset rs = select(kEntry, {addressId}, true);
+    if (rs.eof())
+        return written;
+    rs.edit();
+    for (int i : fields) {
+        const QString &text = values.fields[std::size_t(i)];
+        try {
+            rs.setValue(table[std::size_t(i)].column, text.isEmpty() ? QVariant() : text);
+            written.fields.push_back(i);
+        } catch (const CvError &e) {
+            written.refused.push_back({i, e});
+        }
+    }
+    for (int f : flags)
+        rs.setValue(flagColumns[std::size_t(f)], values.flags[std::size_t(f)]);
+    rs.update();
+    return written;
+}
+
+void AddressStore::writeNotes(qint32 addressId, const QString &notes)
+{
+    m_db.execute(QStringLiteral("UPDATE Addresses SET notes = ? WHERE AddressID = ?"),
+                 {notes, addressId});
+}
+
+void AddressStore::writeHeading(qint32 addressId, const QVariant &headingAccount)
+{
+    m_db.execute(QStringLiteral("UPDATE Addresses SET HeadingAccount = ? WHERE AddressID = ?"),
+                 {headingAccount, addressId});
+}
+
+AddressStore::Added AddressStore::addEntry(const QString &name, bool employee,
+                                           const QString &lastName)
+{
+    Added added;
+    // No row has the identifier 0: the set starts empty.
+    Recordset rs = select(kEntry, {0}, true);
+    rs.addNew();
+    rs.setValue(flagColumns[WageFlag], employee);
+    rs.setValue(table[BusName].column, name);
+    if (employee)
+        rs.setValue(table[ContactLastName].column, lastName);
+    rs.update();
+    added.addressId = qint32(rs.lastInsertId());
+    if (employee) {
+        Recordset row = select(QStringLiteral("Select Distinctrow * from Employees "
+                                              "where EmployeeID = 0"),
+                               {}, true);
+        row.addNew();
+        row.setValue(QStringLiteral("AddressID"), added.addressId);
+        row.setValue(QStringLiteral("EmployeetypeID"), DefaultEmployeeTypeID(m_db));
+        row.setValue(QStringLiteral("PayIntervalID"), DefaultPayIntervalID(m_db));
+        row.setValue(QStringLiteral("TaxTypeID"), DefaultTaxTypeID(m_db));
+        row.update();
+        added.employeeId = qint32(row.lastInsertId());
+    }
+    return added;
+}
+
+void AddressStore::deleteEntry(qint32 addressId)
+{
+    m_db.execute(QStringLiteral("DELETE FROM Addresses WHERE AddressID = ?"), {addressId});
+}

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "addressbook/addressfields.h"
+#include "core/cverror.h"
+
+#include <array>
+#include <optional>
+#include <QString>
+#include <QVariant>
+#include <QVariantList>
+#include <vector>
+
+class ComboList;
+class Database;
+class Recordset;
+
+// The address window's data: its entries in the main file's Addresses table, their
+// Employees rows in the wage file (attached to the same connection), the name list and
+// the cashbook headings. It reads and writes and throws CvError when that fails; it
+// never asks or tells the user. A write runs in the caller's transaction, so that one
+// save of the window commits both files together or neither.
+class AddressStore
+{
+public:
+    // The values of the first tab: the text boxes by AddressFields::Field (empty for
+    // Null) and the two Yes/No flags by AddressFields::Flag.
+    struct Values
+    {
+        std::array<QString, AddressFields::Count> fields;
+        std::array<bool, 2> flags{};
+    };
+
+    struct Entry
+    {
+        Values values;
+        QVariant headingAccount; // Null when the entry has none
+    };
+
+    struct Refusal
+    {
+        int field;
+        CvError error;
+    };
+
+    // What writeEntry stored and what the columns refused.
+    struct Written
+    {
+        std::vector<int> fields;
+        std::vector<Refusal> refused;
+    };
+
+    struct Added
+    {
+        qint32 addressId = 0;
+        qint32 employeeId = 0; // 0 unless an Employees row was added
+    };
+
+    explicit AddressStore(Database &db) : m_db(db) {}
+
+    // The name list, added to list: each entry's name with its AddressID as item data; nameless
+    // rows are left out. The address book lists the names LIKE the Jet pattern, by name.
+    void listNames(ComboList &list, const QString &pattern) const;
+    // The employee window lists the entries flagged for the wage book, by name; or with
+    // currentOnly those with an Employees row not finished (no date or 0), in AddressID
+    // order, once for each such row.
+    void listEmployees(ComboList &list, bool currentOnly) const;
+    // The cashbook headings by name after a "None" item; nothing selected.
+    void listHeadings(ComboList &list) const;
+
+    // The entry, or nothing when there is no such row.
+    std::optional<Entry> readEntry(qint32 addressId) const;
+    // The entry's Employees row, 0 when it has none.
+    qint32 employeeOf(qint32 addressId) const;
+    // The entry's notes, empty for Null or no such entry.
+    QString readNotes(qint32 addressId) const;
+    bool hasWages(qint32 addressId) const;
+    bool hasTransactions(qint32 addressId) const;
+
+    // Writes the given fields (an empty text as Null) and flags of the entry. A value its
+    // column refuses is left as stored and returned with the column's error; the other
+    // fields are written all the same. Nothing is written when the row has gone.
+    Written writeEntry(qint32 addressId, const Values &values, const std::vector<int> &fields,
+                       const std::vector<int> &flags);
+    void writeNotes(qint32 addressId, const QString &notes);
+    // headingAccount Null clears the entry's heading.
+    void writeHeading(qint32 addressId, const QVariant &headingAccount);
+    // A new entry of this name; for an employee also its last name and, with the
+    // default type, pay interval and tax type, its Employees row.
+    Added addEntry(const QString &name, bool employee, const QString &lastName);
+    // The Addresses row only: an Employees row stays behind.
+    void deleteEntry(qint32 addressId);
+
+private:
+    Recordset select(const QString &jetSql, const QVariantList &values, bool forEdit) const;
+
+    Database &m_db;
+};

@@ -1,0 +1,199 @@
+#include "addressbook/shownentry.h"
+
+#include "messages/errorreport.h"
+#include "messages/savechanges.h"
+
+using namespace AddressFields;
+
+namespace {
+
+bool isProtected(int field)
+{
+    return field == BusName || field == ContactLastName;
+}
+
+} // namespace
+
+QString ShownEntry::field(int field) const
+{
+    return isField(field) ? m_values.fields[std::size_t(field)] : QString();
+}
+
+bool ShownEntry::show(const AddressStore &store, qint32 id, bool flaggedOnly)
+{
+    const std::optional<AddressStore::Entry> entry = store.readEntry(id);
+    if (!entry || (flaggedOnly && !entry->values.flags[WageFlag]))
+        return false;
+    m_values = m_stored = entry->values;
+    m_refused = {};
+    m_id = id;
+    // A heading that is no longer listed leaves the list as it was.
+    if (m_headingList.count() > 0) {
+        const QVariant &account = entry->headingAccount;
+        const qint64 heading = account.isNull() ? 0 : account.toLongLong();
+        for (int i = 0; i < m_headingList.count(); ++i) {
+            if (i == 0 ? heading == 0 : m_headingList.itemData(i) == heading) {
+                m_headingList.setListIndex(i);
+                break;
+            }
+        }
+    }
+    m_storedHeadingIndex = m_headingList.listIndex();
+    m_headingChosen = false;
+    return true;
+}
+
+void ShownEntry::loadNotes(const AddressStore &store)
+{
+    m_notes = m_storedNotes = store.readNotes(m_id);
+}
+
+void ShownEntry::clear()
+{
+    m_values = {};
+    m_stored = {};
+    m_refused = {};
+    m_id = 0;
+    m_headingList.setListIndex(-1);
+    m_headingList.setText(QString());
+    m_headingChosen = false;
+}
+
+void ShownEntry::clearNotes()
+{
+    m_notes.clear();
+    m_storedNotes.clear();
+}
+
+void ShownEntry::edit(int field, const QString &text)
+{
+    if (!isField(field))
+        return;
+    m_values.fields[std::size_t(field)] = text;
+    m_refused[std::size_t(field)] = false;
+}
+
+void ShownEntry::setFlag(int flag, bool on)
+{
+    m_values.flags[std::size_t(flag)] = on;
+}
+
+void ShownEntry::focusIn(int field)
+{
+    if (isProtected(field))
+        m_protectedText = m_values.fields[std::size_t(field)];
+}
+
+void ShownEntry::focusOut(int field)
+{
+    if (isProtected(field) && m_values.fields[std::size_t(field)].isEmpty())
+        m_values.fields[std::size_t(field)] = m_protectedText;
+}
+
+void ShownEntry::chooseHeading(int index)
+{
+    if (index < -1 || index >= m_headingList.count())
+        return;
+    m_headingList.setListIndex(index);
+    m_headingChosen = true;
+}
+
+void ShownEntry::fillLastName()
+{
+    if (m_id != 0 && m_values.fields[ContactLastName].isEmpty())
+        m_values.fields[ContactLastName] = lastWord(m_values.fields[BusName]);
+}
+
+QString ShownEntry::lastWord(const QString &name)
+{
+    const qsizetype blank = name.left(qMax<qsizetype>(name.size() - 1, 0)).lastIndexOf(u' ');
+    return blank < 0 ? name : name.mid(blank + 1);
+}
+
+// What the user changed, but for values refused until edited again.
+std::vector<int> ShownEntry::changedFields() const
+{
+    std::vector<int> fields;
+    for (std::size_t i = 0; i < m_values.fields.size(); ++i) {
+        if (!m_refused[i] && m_values.fields[i] != m_stored.fields[i])
+            fields.push_back(int(i));
+    }
+    return fields;
+}
+
+std::vector<int> ShownEntry::changedFlags() const
+{
+    std::vector<int> flags;
+    for (std::size_t f = 0; f < m_values.flags.size(); ++f) {
+        if (m_values.flags[f] != m_stored.flags[f])
+            flags.push_back(int(f));
+    }
+    return flags;
+}
+
+void ShownEntry::saveHeading(AddressStore &store)
+{
+    const int index = m_headingList.listIndex();
+    if (index == 0 && m_headingList.text() == u"None")
+        store.writeHeading(m_id, QVariant());
+    else if (index >= 1 && m_headingList.itemData(index) >= 1)
+        store.writeHeading(m_id, m_headingList.itemData(index));
+}
+
+SaveOutcome ShownEntry::save(Database &db, bool withNotes)
+{
+    if (m_id == 0)
+        return SaveOutcome::Saved;
+    const bool notesChanged = withNotes && m_notes != m_storedNotes;
+    const std::vector<int> fields = changedFields();
+    const std::vector<int> flags = changedFlags();
+    // Nothing the user did not change is written.
+    if (fields.empty() && flags.empty() && !m_headingChosen && !notesChanged)
+        return SaveOutcome::Saved;
+    const QString name = m_stored.fields[BusName];
+    std::vector<int> written;
+    const SaveOutcome outcome =
+        saveChanges(db, name.isEmpty() ? QStringLiteral("this entry") : name, [&] {
+            AddressStore store(db);
+            AddressStore::Written w = store.writeEntry(m_id, m_values, fields, flags);
+            // Told as the bound data source tells its own.
+            for (const AddressStore::Refusal &r : w.refused) {
+                m_refused[std::size_t(r.field)] = true;
+                showErrorReport(
+                    r.error,
+                    errorOrigin(QLatin1String("frmAddresses"), QLatin1String("datPrimaryRS_Error")),
+                    QStringLiteral("Error %1 Error").arg(r.error.number()));
+            }
+            written = std::move(w.fields);
+            if (m_headingChosen)
+                saveHeading(store);
+            if (notesChanged)
+                store.writeNotes(m_id, m_notes);
+        });
+    switch (outcome) {
+    case SaveOutcome::Saved:
+        for (int i : written)
+            m_stored.fields[std::size_t(i)] = m_values.fields[std::size_t(i)];
+        m_stored.flags = m_values.flags;
+        m_storedHeadingIndex = m_headingList.listIndex();
+        m_headingChosen = false;
+        if (notesChanged)
+            m_storedNotes = m_notes;
+        break;
+    case SaveOutcome::Discarded:
+        // The entry as it was read comes back, without reading it again (the file
+        // may still be held).
+        m_values = m_stored;
+        m_refused = {};
+        if (m_headingChosen) {
+            m_headingList.setListIndex(m_storedHeadingIndex);
+            m_headingChosen = false;
+        }
+        if (withNotes)
+            m_notes = m_storedNotes;
+        break;
+    case SaveOutcome::Kept:
+        break;
+    }
+    return outcome;
+}
