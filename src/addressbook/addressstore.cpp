@@ -3,7 +3,6 @@
 #include "controls/combolist.h"
 #include "controls/filldaovbcombo.h"
 #include "data/database.h"
-#include "data/jetsql.h"
 #include "data/recordset.h"
 #include "paydetails/employeedefaults.h"
 
@@ -28,24 +27,10 @@ void addNames(ComboList &list, Recordset &rs)
 
 } // namespace
 
-// TODO(lead): once Recordset takes bound values (Recordset(Database&, source, params, kind)
-// on branch data), pass them on here instead of writing them into the text. Until then
-// each ? (the statements here have no other) becomes the value as a Jet literal. A bound
-// LIKE pattern must then still be read as Jet's (* and ?), as the quoted literal is now.
 Recordset AddressStore::select(const QString &jetSql, const QVariantList &values,
                                bool forEdit) const
 {
-    QString sql;
-    qsizetype from = 0;
-    for (const QVariant &value : values) {
-        const qsizetype mark = jetSql.indexOf(u'?', from);
-        sql += jetSql.mid(from, mark - from);
-        sql += value.typeId() == QMetaType::QString ? JetSql::quote(value.toString())
-                                                    : QString::number(value.toLongLong());
-        from = mark + 1;
-    }
-    sql += jetSql.mid(from);
-    return Recordset(m_db, sql, forEdit ? Recordset::Dynaset : Recordset::Snapshot);
+    return Recordset(m_db, jetSql, values, forEdit ? Recordset::Dynaset : Recordset::Snapshot);
 }
 
 void AddressStore::listNames(ComboList &list, const QString &pattern) const
