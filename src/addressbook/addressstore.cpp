@@ -4,6 +4,7 @@
 #include "controls/filldaovbcombo.h"
 #include "data/database.h"
 #include "data/recordset.h"
+#include "data/rowreader.h"
 #include "paydetails/employeedefaults.h"
 
 #include <QHash>
@@ -14,15 +15,13 @@ namespace {
 
 const QString kEntry = QStringLiteral("Select distinctrow * from Addresses where addressid = ?");
 
-// Adds the rows of a recordset of (AddressID, name) to the list.
-void addNames(ComboList &list, Recordset &rs)
+// Adds the rows of (AddressID, name) to the list, skipping rows without a name. Read
+// forward only: the list keeps its own copy, and a name list runs to 100,000 rows.
+void addNames(ComboList &list, RowReader &rows)
 {
-    list.reserve(rs.recordCount());
-    for (; !rs.eof(); rs.moveNext()) {
-        const QVariant name = rs.value(1);
-        if (!name.isNull())
-            list.addItem(name.toString(), qint32(rs.value(0).toLongLong()));
-    }
+    while (rows.next())
+        if (!rows.isNull(1))
+            list.addItem(rows.text(1), qint32(rows.integer(0)));
 }
 
 } // namespace
@@ -35,47 +34,42 @@ Recordset AddressStore::select(const QString &jetSql, const QVariantList &values
 
 void AddressStore::listNames(ComboList &list, const QString &pattern) const
 {
-    Recordset rs = select(QStringLiteral("SELECT DISTINCTROW Addresses.AddressID, "
-                                         "Addresses.BusName FROM Addresses "
-                                         "WHERE Addresses.busname LIKE ? "
-                                         "ORDER BY Addresses.busname;"),
-                          {pattern}, false);
-    addNames(list, rs);
+    RowReader rows(m_db,
+                   QStringLiteral("SELECT DISTINCTROW Addresses.AddressID, Addresses.BusName "
+                                  "FROM Addresses WHERE Addresses.busname LIKE ? "
+                                  "ORDER BY Addresses.busname;"),
+                   {pattern});
+    addNames(list, rows);
 }
 
 void AddressStore::listEmployees(ComboList &list, bool currentOnly) const
 {
-    Recordset addresses = select(QStringLiteral("SELECT DISTINCTROW Addresses.AddressID, "
-                                                "Addresses.BusName From Addresses "
-                                                "WHERE Addresses.WageFlag = True "
-                                                "ORDER BY Addresses.busname;"),
-                                 {}, false);
+    RowReader addresses(m_db, QStringLiteral("SELECT DISTINCTROW Addresses.AddressID, "
+                                             "Addresses.BusName From Addresses "
+                                             "WHERE Addresses.WageFlag = True "
+                                             "ORDER BY Addresses.busname;"));
     if (!currentOnly) {
         addNames(list, addresses);
         return;
     }
-    Recordset employees = select(QStringLiteral("SELECT DISTINCTROW Employees.AddressID "
-                                                "From Employees "
-                                                "WHERE Employees.[Datefinished] Is Null Or "
-                                                "Employees.[Datefinished]=0 "
-                                                "ORDER BY Employees.AddressID;"),
-                                 {}, false);
-    // Each employee's address row, found by key: two plain reads and a hash beat a join,
-    // which SQLite answers with a sort. The first row of an identifier wins, as a search
-    // from the top would find it.
-    QHash<qint64, QVariant> names;
-    names.reserve(addresses.recordCount());
-    for (; !addresses.eof(); addresses.moveNext()) {
-        const qint64 id = addresses.value(0).toLongLong();
-        if (!names.contains(id))
-            names.insert(id, addresses.value(1));
-    }
-    list.reserve(employees.recordCount());
-    for (; !employees.eof(); employees.moveNext()) {
-        const QVariant id = employees.value(0);
-        const auto match = id.isNull() ? names.constEnd() : names.constFind(id.toLongLong());
-        if (match != names.constEnd() && !match.value().isNull())
-            list.addItem(match.value().toString(), qint32(match.key()));
+    // Each current employee's address row, found by key: two plain reads and a hash beat a
+    // join, which SQLite answers with a sort. The first row of an identifier wins, as a
+    // search from the top would find it.
+    QHash<qint64, QString> names;
+    while (addresses.next())
+        if (!addresses.isNull(1) && !names.contains(addresses.integer(0)))
+            names.insert(addresses.integer(0), addresses.text(1));
+    RowReader employees(m_db, QStringLiteral("SELECT DISTINCTROW Employees.AddressID "
+                                             "From Employees "
+                                             "WHERE Employees.[Datefinished] Is Null Or "
+                                             "Employees.[Datefinished]=0 "
+                                             "ORDER BY Employees.AddressID;"));
+    while (employees.next()) {
+        if (employees.isNull(0))
+            continue;
+        const auto match = names.constFind(employees.integer(0));
+        if (match != names.constEnd())
+            list.addItem(match.value(), qint32(match.key()));
     }
 }
 

@@ -69,6 +69,7 @@ public:
 
 private:
     friend class Recordset;
+    friend class RowReader;
     std::shared_ptr<DatabaseState> m_state;
 };
 

@@ -34,6 +34,16 @@ public:
     // Moves to the next row; false past the last. Throws CvError on failure.
     bool next();
 
+    // A column of the current row read as one type, Null as 0 or empty text.
+    bool isNull(int column) const { return sqlite3_column_type(m_stmt, column) == SQLITE_NULL; }
+    qint64 integer(int column) const { return sqlite3_column_int64(m_stmt, column); }
+    QString text(int column) const
+    {
+        return QString::fromUtf8(
+            reinterpret_cast<const char *>(sqlite3_column_text(m_stmt, column)),
+            sqlite3_column_bytes(m_stmt, column));
+    }
+
     // Passes the value of a column of the current row to take, as SQLite holds it:
     // qint64, double, QString, QByteArray, or nothing for Null.
     template <typename Take> void read(int column, Take &&take) const
