@@ -66,7 +66,7 @@ void BM_NameList_Book_Raw(benchmark::State &state, const char *like)
 void BM_NameList_Book_Logic(benchmark::State &state, const char *filter)
 {
     useBook(int(state.range(0)), 0);
-    AddressBookLogic logic;
+    AddressBookLogic logic{AddressGlobals::context()};
     logic.load();
     for (auto _ : state) {
         qint32 none = 0;
@@ -118,7 +118,7 @@ void BM_NameList_Employees_Raw(benchmark::State &state, bool currentOnly)
 void BM_NameList_Employees_Logic(benchmark::State &state, bool currentOnly)
 {
     useBook(int(state.range(0)), 1);
-    AddressBookLogic logic;
+    AddressBookLogic logic{AddressGlobals::context()};
     logic.load();
     for (auto _ : state) {
         qint32 none = 0;
@@ -154,7 +154,7 @@ void BM_ShowEntry_Raw(benchmark::State &state)
 void BM_ShowEntry_Logic(benchmark::State &state)
 {
     useBook(int(state.range(0)), 0);
-    AddressBookLogic logic;
+    AddressBookLogic logic{AddressGlobals::context()};
     logic.load();
     logic.activate();
     const int count = logic.nameList().count();
@@ -172,7 +172,7 @@ void BM_OpenWindow_Logic(benchmark::State &state)
 {
     useBook(int(state.range(0)), 0);
     for (auto _ : state) {
-        AddressBookLogic logic;
+        AddressBookLogic logic{AddressGlobals::context()};
         logic.load();
         logic.activate();
         benchmark::DoNotOptimize(logic.shownAddressId());

@@ -9,7 +9,7 @@
 #include "controls/inputboxservice.h"
 #include "core/cverror.h"
 #include "data/database.h"
-#include "launch/addressglobals.h"
+#include "launch/launchcontext.h"
 #include "messages/addressmessages.h"
 #include "messages/errorreport.h"
 #include "messages/savechanges.h"
@@ -58,7 +58,8 @@ private:
     AddressBookLogic &m_logic;
 };
 
-AddressBookLogic::AddressBookLogic(QObject *parent) : QObject(parent)
+AddressBookLogic::AddressBookLogic(LaunchContext &launch, QObject *parent)
+    : QObject(parent), m_launch(launch)
 {
     m_employeeSwitchToolTip = AddressTexts::HideFormerEmployees;
 }
@@ -92,7 +93,7 @@ void AddressBookLogic::load()
 {
     Batch batch(*this);
     m_loaded = true;
-    m_employeeMode = AddressGlobals::LaunchMode == 1;
+    m_employeeMode = m_launch.employeeMode();
     m_entry.clear();
     m_entry.clearNotes();
     m_employeeId = 0;
@@ -104,7 +105,7 @@ void AddressBookLogic::load()
         m_farm = openSuiteDatabase();
         m_form = AddressForm(countryCode(), ::taxNumberCaption());
         m_helpFile = helpFolder() + u'/' + kHelpFileName;
-        AddressGlobals::helpFilePath = m_helpFile;
+        m_launch.helpFilePath = m_helpFile;
         m_helpTopic = helpContextId(QStringLiteral("AddressBook"));
         m_currentTab = firstTab();
         prepareTab(m_currentTab);
@@ -136,12 +137,12 @@ void AddressBookLogic::activate()
             UpdateScreenDisplay();
         } else {
             m_editPaysEnabled = false;
-            const bool currentOnly = AddressGlobals::settings().EmployeeOnly();
+            const bool currentOnly = Settings().EmployeeOnly();
             // Assigning the box raises its click, which rebuilds the list.
             if (m_employeeSwitchChecked != currentOnly)
                 clickEmployeeSwitch(currentOnly);
             m_letterStripEnabled = false;
-            qint32 launchId = AddressGlobals::CurrentAddressID;
+            qint32 launchId = m_launch.currentAddressId;
             FillNameList(currentOnly, launchId, QStringLiteral("*"));
         }
     } catch (const CvError &e) {
@@ -218,7 +219,7 @@ void AddressBookLogic::changeLetterFilter(const QString &letter)
     if (!m_letterStripEnabled || !saveCurrentTab())
         return;
     m_filter = letter == u"*" ? QStringLiteral("*") : letter + u'*';
-    qint32 current = AddressGlobals::CurrentAddressID;
+    qint32 current = m_launch.currentAddressId;
     FillNameList(false, current, m_filter);
 }
 
@@ -233,7 +234,7 @@ void AddressBookLogic::clickEmployeeSwitch(bool checked)
             checked ? AddressTexts::ShowFormerEmployees : AddressTexts::HideFormerEmployees;
         // A switch that cannot be stored still applies to this window.
         writeAllEmployees(checked ? QStringLiteral("N") : QStringLiteral("Y"));
-        qint32 current = AddressGlobals::CurrentAddressID;
+        qint32 current = m_launch.currentAddressId;
         FillNameList(checked, current, QStringLiteral("*"));
     } catch (const CvError &e) {
         showErrorReport(e, origin("chk_employee_Click"));
@@ -258,7 +259,7 @@ void AddressBookLogic::UpdateScreenDisplay()
             return;
         }
         m_employeeId = 0;
-        AddressGlobals::CurrentAddressID = id;
+        m_launch.currentAddressId = id;
         if (m_employeeMode)
             m_employeeId = store().employeeOf(id);
         else
@@ -475,7 +476,7 @@ void AddressBookLogic::addEntry()
             m_editPaysEnabled = false;
             emit focusFieldRequested(BusName);
             m_entry.show(store(), added.addressId, m_employeeMode);
-            AddressGlobals::CurrentAddressID = added.addressId;
+            m_launch.currentAddressId = added.addressId;
             m_employeeId = added.employeeId;
         }
         refreshList();
@@ -488,8 +489,8 @@ void AddressBookLogic::addEntry()
 // After an add or delete: the whole list again, on the entry last shown.
 void AddressBookLogic::refreshList()
 {
-    qint32 current = AddressGlobals::CurrentAddressID;
-    FillNameList(AddressGlobals::settings().EmployeeOnly(), current, QStringLiteral("*"));
+    qint32 current = m_launch.currentAddressId;
+    FillNameList(Settings().EmployeeOnly(), current, QStringLiteral("*"));
     UpdateScreenDisplay();
 }
 
@@ -547,7 +548,7 @@ void AddressBookLogic::editPayDetails()
         const bool onNotes = m_currentTab == notesTab();
         if (onNotes && !SaveAddressNotes())
             return;
-        m_payOpener->openPayDetails(AddressGlobals::CurrentAddressID);
+        m_payOpener->openPayDetails(m_launch.currentAddressId);
         if (onNotes)
             LoadAddressNotes();
     } catch (const CvError &e) {

@@ -14,6 +14,7 @@
 #include <vector>
 
 class Database;
+struct LaunchContext;
 class HelpOpener;
 class InputBoxService;
 class PayDetailsOpener;
@@ -48,7 +49,9 @@ public:
     using BankLayout = AddressForm::BankLayout;
     using Captions = AddressForm::Captions;
 
-    explicit AddressBookLogic(QObject *parent = nullptr);
+    // launch: what the program was started for; the logic writes the entry it shows back
+    // to launch.currentAddressId. It must outlive the logic.
+    explicit AddressBookLogic(LaunchContext &launch, QObject *parent = nullptr);
     ~AddressBookLogic() override;
 
     // Optional services; the logic does not own them. Without an input box an
@@ -209,6 +212,7 @@ private:
     void leaveShownEntry();
     void refreshList();
 
+    LaunchContext &m_launch;
     std::unique_ptr<Database> m_farm;
     InputBoxService *m_inputBox = nullptr;
     PayDetailsOpener *m_payOpener = nullptr;

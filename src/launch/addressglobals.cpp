@@ -61,10 +61,8 @@ bool hasSettings()
 
 Settings &settings()
 {
-    if (!s_settings) {
+    if (!s_settings)
         s_settings = std::make_unique<Settings>();
-        s_context.settings = s_settings.get();
-    }
     return *s_settings;
 }
 

@@ -2,8 +2,6 @@
 
 #include <QString>
 
-class Settings;
-
 // What the program was started for, handed to the address book window when it loads: the
 // window reads it and writes back the entry it shows, which is what the caller gets when
 // the window closes. One instance lives in AddressGlobals; a test makes its own.
@@ -16,7 +14,6 @@ struct LaunchContext
     QString helpModuleName;   // help settings handed in by CvAddress; the window's load
     qint32 helpContextId = 0; // replaces the file path with the one it found
     QString helpFilePath;
-    Settings *settings = nullptr; // the shared Settings; null in a test that needs none
 
     bool employeeMode() const { return mode == 1; }
 };

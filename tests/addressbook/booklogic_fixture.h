@@ -2,6 +2,7 @@
 
 #include "addressbook/addressbooklogic.h"
 #include "bookdoubles.h"
+#include "launch/addressglobals.h"
 #include "messages/messageservice.h"
 #include "support/messagerecorder.h"
 #include "support/tempsuite.h"
@@ -49,5 +50,5 @@ protected:
     TempSuite suite;
     MessageRecorder messages;
     BookDoubles doubles;
-    AddressBookLogic logic;
+    AddressBookLogic logic{AddressGlobals::context()};
 };

@@ -85,7 +85,7 @@ protected:
         AddressGlobals::reset();
         AddressGlobals::LaunchMode = mode;
 
-        logic = std::make_unique<Logic>();
+        logic = std::make_unique<Logic>(AddressGlobals::context());
         logic->setInputBox(&inputBox);
         logic->setHelpOpener(&help);
         form = std::make_unique<frmAddresses>(*logic);

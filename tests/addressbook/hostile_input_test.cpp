@@ -168,7 +168,7 @@ TEST_F(HostileInput, EveryTextFieldStoresRefusesOrNormalisesEveryString)
     // The address window, each string in each box and in the notes, saved by moving on.
     AddressGlobals::LaunchMode = 0;
     AddressGlobals::CurrentAddressID = 10;
-    AddressBookLogic book;
+    AddressBookLogic book(AddressGlobals::context());
     book.load();
     book.activate();
     const auto pick = [&](qint32 id) {

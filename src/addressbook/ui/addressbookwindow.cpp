@@ -2,6 +2,7 @@
 
 #include "addressbook/addressbooklogic.h"
 #include "addressbook/ui/frmaddresses.h"
+#include "launch/addressglobals.h"
 
 #include <QEventLoop>
 
@@ -21,7 +22,7 @@ void AddressBookWindow::load()
 {
     if (m_logic)
         return;
-    m_logic = new AddressBookLogic;
+    m_logic = new AddressBookLogic(AddressGlobals::context());
     m_logic->setInputBox(&m_inputBox);
     m_logic->setHelpOpener(&m_helpOpener);
     m_form = new frmAddresses(*m_logic);

@@ -257,7 +257,7 @@ int main(int argc, char **argv)
     ScriptedMessages messages;
     setMessageService(&messages);
     FixedInput input;
-    AddressBookLogic logic;
+    AddressBookLogic logic{AddressGlobals::context()};
     logic.setInputBox(&input);
 
     bool kept = true;
