@@ -668,20 +668,28 @@ TEST_F(SaveReliability, EightWritersForAMinuteLoseNothingAndReportEveryFailure)
         o.out = QString::fromUtf8(p.readAllStandardOutput());
         o.err = QString::fromUtf8(p.readAllStandardError());
         reported += o.failuresReported();
+        // A save whose check could not read the value back (UNREAD, another writer held
+        // the file) may be stored or not; any such save after the last one seen stored may
+        // be the value left.
         QString lastSaved;
+        QStringList unreadSince;
         for (const QString &line : o.out.split(u'\n', Qt::SkipEmptyParts)) {
             const QString outcome = line.section(u' ', 0, 0);
             saved += outcome == u"SAVED";
             failed += outcome == u"FAILED";
             silent += outcome == u"SILENT";
-            if (outcome == u"SAVED")
+            if (outcome == u"SAVED") {
                 lastSaved = line.section(u' ', 1);
+                unreadSince.clear();
+            } else if (outcome == u"UNREAD") {
+                unreadSince << line.section(u' ', 1);
+            }
         }
         const QString stored =
             Books(dir->path())
                 .rows("SELECT ifnull(CustomerNumber, '') FROM main.Addresses WHERE BusName = " +
                       sqlText(LoopPrefix + QString::number(i)));
-        if (stored != lastSaved) {
+        if (stored != lastSaved && !unreadSince.contains(stored)) {
             ++lost;
             ADD_FAILURE() << "writer " << i << ": stored " << qPrintable(stored)
                           << ", last save it was told of " << qPrintable(lastSaved);
