@@ -1,15 +1,6 @@
 #include "booklogic_fixture.h"
 
-#include "data/database.h"
-#include "data/recordset.h"
 #include "launch/addressglobals.h"
-
-QVariant firstValue(const QString &path, const QString &sql)
-{
-    Database db(path);
-    Recordset rs(db, sql, Recordset::Snapshot);
-    return rs.eof() ? QVariant() : rs.storedValue(0);
-}
 
 BookLogicTest::BookLogicTest()
 {

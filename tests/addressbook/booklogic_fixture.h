@@ -14,10 +14,6 @@
 
 using Book = AddressBookLogic;
 
-// The first column of the first row of a query on a data file; an invalid value when
-// there is none or it is Null.
-QVariant firstValue(const QString &path, const QString &sql);
-
 // Real suite files in a temporary folder, the logic of one window on them.
 class BookLogicTest : public ::testing::Test
 {
@@ -35,8 +31,8 @@ protected:
     // The one message shown since the last call, cleared.
     MessageRequest onlyMessage();
 
-    QVariant farmValue(const QString &sql) const { return firstValue(suite.farmPath(), sql); }
-    QVariant wageValue(const QString &sql) const { return firstValue(suite.wagePath(), sql); }
+    QVariant farmValue(const QString &sql) const { return suite.farmValue(sql); }
+    QVariant wageValue(const QString &sql) const { return suite.wageValue(sql); }
     QVariant stored(const char *column, qint32 id = 1) const
     {
         return farmValue(

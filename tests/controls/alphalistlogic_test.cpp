@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <gtest/gtest.h>
+#include <tuple>
 
 using namespace AlphaListGeometry;
 
@@ -46,40 +47,34 @@ private:
     }
 };
 
-TEST(AlphaListGeometryTest, CellAndStripSizes)
+TEST(AlphaListGeometryTest, CellsHitTestAndKeys)
 {
-    EXPECT_EQ(cellSize(9), 14); // 13.5 rounds to even
-    EXPECT_EQ(cellSize(11), 16);
-    EXPECT_EQ(cellSize(12), 18);
-    EXPECT_EQ(cellSize(3), 4); // 4.5 rounds to even
+    // S is 1.5 times the font size, rounded half to even.
+    for (const auto &[points, size] : {std::pair{9, 14}, {11, 16}, {12, 18}, {3, 4}})
+        EXPECT_EQ(cellSize(points), size) << points;
     EXPECT_EQ(outerSize(Horizontal, 18), QSizeF(490, 21.6));
     EXPECT_EQ(outerSize(Vertical, 18), QSizeF(21.6, 490));
     EXPECT_EQ(outerSize(2, 18), QSizeF(0, 0));
     EXPECT_EQ(outerSize(Horizontal, 1213).width(), 32755);
     EXPECT_EQ(errorOf([] { outerSize(Horizontal, 1214); }), CvError::Overflow);
     EXPECT_EQ(errorOf([] { cellSize(30000); }), CvError::Overflow);
-
     EXPECT_EQ(starCell(18), (AlphaListRect{2, 2, 20, 20}));
     EXPECT_EQ(letterCell(Horizontal, 26, 18), (AlphaListRect{468, 2, 486, 20}));
     EXPECT_EQ(letterCell(Vertical, 1, 18), (AlphaListRect{2, 18, 20, 36}));
-}
 
-TEST(AlphaListGeometryTest, HitTestAtTheEndsOfTheStrip)
-{
-    EXPECT_FALSE(cellStart(1.9, 18));
-    EXPECT_EQ(cellStart(2, 18), 2);
-    EXPECT_EQ(cellStart(17.9, 18), 2);
-    EXPECT_EQ(cellStart(18, 18), 18);
-    EXPECT_EQ(cellStart(485.9, 18), 468);
-    EXPECT_EQ(cellStart(486, 18), 468); // exactly 27 x S is still "Z"
-    EXPECT_FALSE(cellStart(486.1, 18));
-
+    // Where a point falls: the cell's start, or none before the star and past "Z" (exactly
+    // 27 x S is still "Z").
+    const std::pair<double, int> starts[] = {{1.9, -1},    {2, 2},     {17.9, 2},  {18, 18},
+                                             {485.9, 468}, {486, 468}, {486.1, -1}};
+    for (const auto &[at, start] : starts)
+        EXPECT_EQ(cellStart(at, 18).value_or(-1), start) << at;
     EXPECT_EQ(letterCodeAt(2, 18), StarCode);
     EXPECT_EQ(letterCodeAt(18, 18), 'A');
     EXPECT_EQ(letterCodeAt(468, 18), 'Z');
     EXPECT_EQ(letterCodeAt(2, 4), StarCode); // 64.5 rounds to even
     EXPECT_EQ(letterCodeAt(2, 3), 'A');      // tiny cells: the first one reads as "A"
 
+    // Only the arrows along the strip move it.
     EXPECT_EQ(stripKey(Horizontal, Qt::Key_Right), StripKey::Next);
     EXPECT_EQ(stripKey(Horizontal, Qt::Key_Up), StripKey::None);
     EXPECT_EQ(stripKey(Vertical, Qt::Key_Up), StripKey::Previous);
@@ -166,52 +161,47 @@ TEST_F(AlphaListLogicTest, SelectedLetterSetter)
     EXPECT_EQ(logic.selectedLetter(), "*");
 }
 
-TEST_F(AlphaListLogicTest, ArrowKeysStopAtTheEnds)
+// Arrow keys along the strip stop at its ends, drawing nothing there; only the left
+// button selects, and only on a cell.
+TEST_F(AlphaListLogicTest, KeysAndTheLeftButtonMoveTheSelection)
 {
     showNew();
-    logic.setSelectedLetter("Y");
-    EXPECT_TRUE(logic.keyDown(Qt::Key_Right));
-    EXPECT_EQ(logic.selectedLetter(), "Z");
-    EXPECT_TRUE(drawnBy([&] { EXPECT_TRUE(logic.keyDown(Qt::Key_Right)); }).isEmpty());
-
-    logic.setSelectedLetter("B");
-    logic.keyDown(Qt::Key_Left);
-    EXPECT_EQ(logic.selectedLetter(), "A");
-    logic.keyDown(Qt::Key_Left);
-    EXPECT_EQ(logic.selectedLetter(), "*");
-    EXPECT_TRUE(drawnBy([&] { logic.keyDown(Qt::Key_Left); }).isEmpty());
-    logic.keyDown(Qt::Key_Right);
-    EXPECT_EQ(logic.selectedLetter(), "A");
-    EXPECT_FALSE(logic.keyDown(Qt::Key_Down));
-    EXPECT_FALSE(logic.keyDown(Qt::Key_Home));
-
-    logic.setOrientation(Vertical);
-    logic.keyDown(Qt::Key_Down);
-    EXPECT_EQ(logic.selectedLetter(), "B");
-    logic.keyDown(Qt::Key_Up);
-    logic.keyDown(Qt::Key_Up);
-    EXPECT_EQ(logic.selectedLetter(), "*");
-    EXPECT_FALSE(logic.keyDown(Qt::Key_Right));
-}
-
-TEST_F(AlphaListLogicTest, MouseSelectsWithTheLeftButtonAlone)
-{
-    showNew();
-    logic.mouseDown(Qt::LeftButton, {3 * 18 + 9, 10});
-    EXPECT_EQ(logic.selectedLetter(), "C");
-    logic.mouseDown(Qt::RightButton, {5 * 18 + 9, 10});
-    logic.mouseMove(Qt::LeftButton | Qt::RightButton, {5 * 18 + 9, 10});
-    logic.mouseMove(Qt::LeftButton, {1.5, 10});
-    logic.mouseMove(Qt::LeftButton, {486.5, 10});
-    EXPECT_EQ(logic.selectedLetter(), "C");
-    logic.mouseMove(Qt::LeftButton, {486, 10});
-    EXPECT_EQ(logic.selectedLetter(), "Z");
-    logic.mouseMove(Qt::LeftButton, {5, 10});
-    EXPECT_EQ(logic.selectedLetter(), "*");
-
-    logic.setOrientation(Vertical);
-    logic.mouseDown(Qt::LeftButton, {300, 2 * 18 + 1}); // across the strip does not matter
-    EXPECT_EQ(logic.selectedLetter(), "B");
+    const auto key = [this](int k) { return [this, k] { logic.keyDown(k); }; };
+    const auto press = [this](Qt::MouseButton b, double x, double y = 10) {
+        return [this, b, x, y] { logic.mouseDown(b, {x, y}); };
+    };
+    const auto drag = [this](Qt::MouseButtons b, double x) {
+        return [this, b, x] { logic.mouseMove(b, {x, 10}); };
+    };
+    const auto set = [this](const char *letter) {
+        return [this, letter] { logic.setSelectedLetter(letter); };
+    };
+    const std::tuple<std::function<void()>, const char *, bool> steps[] = {
+        {set("Y"), "Y", true},
+        {key(Qt::Key_Right), "Z", true},
+        {key(Qt::Key_Right), "Z", false},
+        {set("A"), "A", true},
+        {key(Qt::Key_Left), "*", true},
+        {key(Qt::Key_Left), "*", false},
+        {key(Qt::Key_Down), "*", false},
+        {press(Qt::LeftButton, 3 * 18 + 9), "C", true},
+        {press(Qt::RightButton, 5 * 18 + 9), "C", false},
+        {drag(Qt::LeftButton | Qt::RightButton, 5 * 18 + 9), "C", false},
+        {drag(Qt::LeftButton, 1.5), "C", false},
+        {drag(Qt::LeftButton, 486.5), "C", false},
+        {drag(Qt::LeftButton, 486), "Z", true},
+        {[this] { logic.setOrientation(Vertical); }, "Z", true},
+        {key(Qt::Key_Up), "Y", true},
+        {key(Qt::Key_Right), "Y", false},
+        {press(Qt::LeftButton, 300, 2 * 18 + 1), "B", true}, // across the strip: no matter
+    };
+    for (const auto &[step, letter, draws] : steps) {
+        SCOPED_TRACE(letter);
+        EXPECT_EQ(drawnBy(step).isEmpty(), !draws);
+        EXPECT_EQ(logic.selectedLetter(), letter);
+    }
+    EXPECT_TRUE(logic.keyDown(Qt::Key_Down));
+    EXPECT_FALSE(logic.keyDown(Qt::Key_Left));
 }
 
 TEST_F(AlphaListLogicTest, OtherOrientationsDrawAndSelectNothing)

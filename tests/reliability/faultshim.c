@@ -5,6 +5,7 @@
 // says before the call runs: "kill" raises SIGKILL (a crash or power cut at that point),
 // "eio" and "enospc" make the call fail with that errno. At exit the number of counted
 // calls goes to the file CV_FAULT_COUNT, so a clean run tells how many points a save has.
+// CV_FAULT_TRACE lists each point on standard error.
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <errno.h>
@@ -19,32 +20,27 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
-enum Kind { KindNone, KindKill, KindEio, KindEnospc };
-
 static char g_dir[PATH_MAX];
 static size_t g_dirLen;
 static long g_at;
-static enum Kind g_kind;
+static int g_kind; // 0 none, then SIGKILL, EIO or ENOSPC
 static atomic_long g_count;
-static int g_ready;
-static int g_trace;
-static __thread char
-    g_last[2 * PATH_MAX + 2]; // the file of the call being counted, for CV_FAULT_TRACE
+static int g_ready, g_trace;
+static __thread char g_last[2 * PATH_MAX + 2]; // the file of the call being counted
 
 __attribute__((constructor)) static void faultInit(void)
 {
-    const char *dir = getenv("CV_FAULT_DIR");
+    const char *dir = getenv("CV_FAULT_DIR"), *at = getenv("CV_FAULT_AT"),
+               *kind = getenv("CV_FAULT_KIND");
     if (!dir || !*dir || !realpath(dir, g_dir))
         return;
     g_dirLen = strlen(g_dir);
-    const char *at = getenv("CV_FAULT_AT");
     g_at = at ? atol(at) : 0;
-    const char *kind = getenv("CV_FAULT_KIND");
-    g_kind = !kind                     ? KindNone
-             : !strcmp(kind, "kill")   ? KindKill
-             : !strcmp(kind, "eio")    ? KindEio
-             : !strcmp(kind, "enospc") ? KindEnospc
-                                       : KindNone;
+    g_kind = !kind                     ? 0
+             : !strcmp(kind, "kill")   ? SIGKILL
+             : !strcmp(kind, "eio")    ? EIO
+             : !strcmp(kind, "enospc") ? ENOSPC
+                                       : 0;
     g_trace = getenv("CV_FAULT_TRACE") != NULL;
     g_ready = 1;
 }
@@ -67,30 +63,31 @@ static int underDir(const char *path)
     return strncmp(path, g_dir, g_dirLen) == 0 && (path[g_dirLen] == '/' || !path[g_dirLen]);
 }
 
+// The target of a descriptor (or of a folder descriptor for *at calls) into out.
+static int fdTarget(int fd, char *out, size_t size)
+{
+    char link[64];
+    snprintf(link, sizeof link, "/proc/self/fd/%d", fd);
+    const ssize_t n = readlink(link, out, size - 1);
+    if (n <= 0)
+        return 0;
+    out[n] = 0;
+    return 1;
+}
+
 static int pathCounts(int dirfd, const char *path)
 {
     if (!g_ready || !path)
         return 0;
-    char full[2 * PATH_MAX + 2];
-    if (path[0] == '/') {
+    char full[2 * PATH_MAX + 2], base[PATH_MAX], real[PATH_MAX];
+    if (path[0] == '/')
         snprintf(full, sizeof full, "%s", path);
-    } else {
-        char base[PATH_MAX];
-        if (dirfd == AT_FDCWD) {
-            if (!getcwd(base, sizeof base))
-                return 0;
-        } else {
-            char link[64];
-            snprintf(link, sizeof link, "/proc/self/fd/%d", dirfd);
-            const ssize_t n = readlink(link, base, sizeof base - 1);
-            if (n <= 0)
-                return 0;
-            base[n] = 0;
-        }
+    else if (dirfd == AT_FDCWD ? getcwd(base, sizeof base) != NULL
+                               : fdTarget(dirfd, base, sizeof base))
         snprintf(full, sizeof full, "%s/%s", base, path);
-    }
+    else
+        return 0;
     // The folder itself was resolved; the file may not exist (yet, or any more).
-    char real[PATH_MAX];
     snprintf(g_last, sizeof g_last, "%s", full);
     if (realpath(full, real))
         return underDir(real);
@@ -103,14 +100,9 @@ static int pathCounts(int dirfd, const char *path)
 
 static int fdCounts(int fd)
 {
-    if (!g_ready || fd < 0)
+    char target[PATH_MAX];
+    if (!g_ready || fd < 0 || !fdTarget(fd, target, sizeof target))
         return 0;
-    char link[64], target[PATH_MAX];
-    snprintf(link, sizeof link, "/proc/self/fd/%d", fd);
-    const ssize_t n = readlink(link, target, sizeof target - 1);
-    if (n <= 0)
-        return 0;
-    target[n] = 0;
     snprintf(g_last, sizeof g_last, "%s", target);
     return underDir(target);
 }
@@ -130,126 +122,47 @@ static int countedPoint(const char *call, int counts)
         if (raw && len > 0)
             raw(2, line, (size_t)len);
     }
-    if (n != g_at)
+    if (n != g_at || !g_kind)
         return 0;
-    switch (g_kind) {
-    case KindKill:
+    if (g_kind == SIGKILL)
         raise(SIGKILL);
-        return 0;
-    case KindEio:
-        return EIO;
-    case KindEnospc:
-        return ENOSPC;
-    default:
-        return 0;
-    }
+    return g_kind == SIGKILL ? 0 : g_kind;
 }
 
-#define point__(counts) countedPoint(__func__, counts)
-
+// One wrapper: counts the call when `counts` holds, then fails it or runs the real one.
 // dlsym gives an object pointer; memcpy turns it into the function pointer ISO C allows.
-#define REAL(name)                                                                                 \
-    static __typeof__(&name) real;                                                                 \
-    if (!real) {                                                                                   \
-        void *sym = dlsym(RTLD_NEXT, #name);                                                       \
-        memcpy(&real, &sym, sizeof sym);                                                           \
-    }
-#define FAIL_OR(err, call)                                                                         \
-    do {                                                                                           \
+#define WRAP(ret, name, params, counts, args)                                                      \
+    ret name params                                                                                \
+    {                                                                                              \
+        static __typeof__(&name) real;                                                             \
+        if (!real) {                                                                               \
+            void *sym = dlsym(RTLD_NEXT, #name);                                                   \
+            memcpy(&real, &sym, sizeof sym);                                                       \
+        }                                                                                          \
+        const int err = countedPoint(#name, counts);                                               \
         if (err) {                                                                                 \
             errno = err;                                                                           \
             return -1;                                                                             \
         }                                                                                          \
-        return call;                                                                               \
-    } while (0)
+        return real args;                                                                          \
+    }
 
-ssize_t write(int fd, const void *buf, size_t n)
-{
-    REAL(write)
-    const int err = point__(fdCounts(fd));
-    FAIL_OR(err, real(fd, buf, n));
-}
-
-ssize_t pwrite(int fd, const void *buf, size_t n, off_t off)
-{
-    REAL(pwrite)
-    const int err = point__(fdCounts(fd));
-    FAIL_OR(err, real(fd, buf, n, off));
-}
-
-ssize_t pwrite64(int fd, const void *buf, size_t n, off64_t off)
-{
-    REAL(pwrite64)
-    const int err = point__(fdCounts(fd));
-    FAIL_OR(err, real(fd, buf, n, off));
-}
-
-ssize_t writev(int fd, const struct iovec *iov, int count)
-{
-    REAL(writev)
-    const int err = point__(fdCounts(fd));
-    FAIL_OR(err, real(fd, iov, count));
-}
-
-int fsync(int fd)
-{
-    REAL(fsync)
-    const int err = point__(fdCounts(fd));
-    FAIL_OR(err, real(fd));
-}
-
-int fdatasync(int fd)
-{
-    REAL(fdatasync)
-    const int err = point__(fdCounts(fd));
-    FAIL_OR(err, real(fd));
-}
-
-int ftruncate(int fd, off_t length)
-{
-    REAL(ftruncate)
-    const int err = point__(fdCounts(fd));
-    FAIL_OR(err, real(fd, length));
-}
-
-int ftruncate64(int fd, off64_t length)
-{
-    REAL(ftruncate64)
-    const int err = point__(fdCounts(fd));
-    FAIL_OR(err, real(fd, length));
-}
-
-int rename(const char *from, const char *to)
-{
-    REAL(rename)
-    const int err = point__(pathCounts(AT_FDCWD, from) || pathCounts(AT_FDCWD, to));
-    FAIL_OR(err, real(from, to));
-}
-
-int renameat(int fromDir, const char *from, int toDir, const char *to)
-{
-    REAL(renameat)
-    const int err = point__(pathCounts(fromDir, from) || pathCounts(toDir, to));
-    FAIL_OR(err, real(fromDir, from, toDir, to));
-}
-
-int renameat2(int fromDir, const char *from, int toDir, const char *to, unsigned flags)
-{
-    REAL(renameat2)
-    const int err = point__(pathCounts(fromDir, from) || pathCounts(toDir, to));
-    FAIL_OR(err, real(fromDir, from, toDir, to, flags));
-}
-
-int unlink(const char *path)
-{
-    REAL(unlink)
-    const int err = point__(pathCounts(AT_FDCWD, path));
-    FAIL_OR(err, real(path));
-}
-
-int unlinkat(int dirfd, const char *path, int flags)
-{
-    REAL(unlinkat)
-    const int err = point__(pathCounts(dirfd, path));
-    FAIL_OR(err, real(dirfd, path, flags));
-}
+WRAP(ssize_t, write, (int fd, const void *buf, size_t n), fdCounts(fd), (fd, buf, n))
+WRAP(ssize_t, pwrite, (int fd, const void *buf, size_t n, off_t off), fdCounts(fd),
+     (fd, buf, n, off))
+WRAP(ssize_t, pwrite64, (int fd, const void *buf, size_t n, off64_t off), fdCounts(fd),
+     (fd, buf, n, off))
+WRAP(ssize_t, writev, (int fd, const struct iovec *iov, int count), fdCounts(fd), (fd, iov, count))
+WRAP(int, fsync, (int fd), fdCounts(fd), (fd))
+WRAP(int, fdatasync, (int fd), fdCounts(fd), (fd))
+WRAP(int, ftruncate, (int fd, off_t length), fdCounts(fd), (fd, length))
+WRAP(int, ftruncate64, (int fd, off64_t length), fdCounts(fd), (fd, length))
+WRAP(int, rename, (const char *from, const char *to),
+     pathCounts(AT_FDCWD, from) || pathCounts(AT_FDCWD, to), (from, to))
+WRAP(int, renameat, (int fromDir, const char *from, int toDir, const char *to),
+     pathCounts(fromDir, from) || pathCounts(toDir, to), (fromDir, from, toDir, to))
+WRAP(int, renameat2, (int fromDir, const char *from, int toDir, const char *to, unsigned flags),
+     pathCounts(fromDir, from) || pathCounts(toDir, to), (fromDir, from, toDir, to, flags))
+WRAP(int, unlink, (const char *path), pathCounts(AT_FDCWD, path), (path))
+WRAP(int, unlinkat, (int dirfd, const char *path, int flags), pathCounts(dirfd, path),
+     (dirfd, path, flags))

@@ -17,6 +17,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QThread>
 #include <sqlite3.h>
@@ -32,10 +33,10 @@ class Books
 public:
     explicit Books(const QString &dir)
     {
-        const QByteArray farm = (dir + "/data/Farm32.mdb").toUtf8();
         const QString wage = dir + "/data/Wage32.mdb";
         if (!QFile::exists(wage) ||
-            sqlite3_open_v2(farm.constData(), &m_db, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK)
+            sqlite3_open_v2((dir + "/data/Farm32.mdb").toUtf8().constData(), &m_db,
+                            SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK)
             m_error = "cannot open the data files";
         else {
             sqlite3_busy_timeout(m_db, 10000); // a writer may still be finishing
@@ -60,11 +61,11 @@ public:
     // Every row of the result, columns joined by '|'; "<error: ...>" when it fails.
     QString rows(const QString &sql) const
     {
-        if (!m_error.isEmpty())
-            return "<error: " + m_error + ">";
         sqlite3_stmt *st = nullptr;
-        if (sqlite3_prepare_v2(m_db, sql.toUtf8().constData(), -1, &st, nullptr) != SQLITE_OK)
-            return "<error: " + QString::fromUtf8(sqlite3_errmsg(m_db)) + ">";
+        if (!m_error.isEmpty() ||
+            sqlite3_prepare_v2(m_db, sql.toUtf8().constData(), -1, &st, nullptr) != SQLITE_OK)
+            return "<error: " +
+                   (m_error.isEmpty() ? QString::fromUtf8(sqlite3_errmsg(m_db)) : m_error) + ">";
         QStringList lines;
         int rc;
         while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
@@ -81,27 +82,29 @@ public:
         return failure.isEmpty() ? lines.join(u'\n') : "<error: " + failure + ">";
     }
 
-    QString integrity() const
+    // Empty when the files open and both pass integrity_check.
+    QString problem() const
     {
         const QString main = rows("PRAGMA main.integrity_check");
         const QString wage = rows("PRAGMA wage.integrity_check");
-        return main == u"ok" && wage == u"ok" ? QString() : main + " / " + wage;
+        return !m_error.isEmpty()               ? m_error
+               : main == u"ok" && wage == u"ok" ? QString()
+                                                : main + " / " + wage;
     }
 
     // All rows of every table of both files, to tell "unchanged" by content, not bytes.
     QString dump() const
     {
         QString all;
-        for (const char *schema : {"main", "wage"}) {
-            const QString tables = rows(QStringLiteral("SELECT name FROM %1.sqlite_master WHERE "
-                                                       "type = 'table' ORDER BY name")
-                                            .arg(schema));
-            for (const QString &t : tables.split(u'\n', Qt::SkipEmptyParts))
+        for (const QString schema : {"main", "wage"})
+            for (const QString &t : rows("SELECT name FROM " + schema +
+                                         ".sqlite_master WHERE type = 'table' "
+                                         "ORDER BY name")
+                                        .split(u'\n', Qt::SkipEmptyParts))
                 all +=
                     t + u'\n' +
                     rows(QStringLiteral("SELECT * FROM %1.\"%2\" ORDER BY rowid").arg(schema, t)) +
                     u'\n';
-        }
         return all;
     }
 
@@ -134,18 +137,17 @@ QString oneOf(const Books &now, const Books &before, const QString &what, const 
                : what + " half saved: " + value.left(200);
 }
 
-const QString kEdited = "SELECT ifnull(BusAddress1,'')||'|'||ifnull(BusCity,'')||'|'||"
-                        "ifnull(BusPhone,'')||'|'||ifnull(ContactEmail,'') FROM main.Addresses "
-                        "WHERE BusName = " +
-                        sqlText(EditName);
 const QString kNotes = "SELECT ifnull(notes,'') FROM main.Addresses WHERE BusName = ";
+const QString kPayRate =
+    "SELECT PayRate FROM wage.Employees WHERE AddressID = " + addressOf(WorkerName);
 
 QString addressWhole(const Books &now, const Books &before)
 {
-    QStringList values;
-    for (const char *v : EditedValues)
-        values << v;
-    return oneOf(now, before, "address", kEdited, values.join(u'|'));
+    return oneOf(now, before, "address",
+                 "SELECT ifnull(BusAddress1,'')||'|'||ifnull(BusCity,'')||'|'||ifnull(BusPhone,'')"
+                 "||'|'||ifnull(ContactEmail,'') FROM main.Addresses WHERE BusName = " +
+                     sqlText(EditName),
+                 QStringList(std::begin(EditedValues), std::end(EditedValues)).join(u'|'));
 }
 
 QString notesWhole(const Books &now, const Books &before)
@@ -154,6 +156,7 @@ QString notesWhole(const Books &now, const Books &before)
     return oneOf(now, before, "notes", sql, before.rows(sql) + "\r\n" + NotesLine);
 }
 
+// The rate, its change-log line, the deductions and the KiwiSaver rows go together.
 QString payDetailsWhole(const Books &now, const Books &before)
 {
     const QString employee =
@@ -161,23 +164,19 @@ QString payDetailsWhole(const Books &now, const Books &before)
     const QString deductions = "SELECT count(*)||'/'||ifnull(sum(FixedAmount),0) FROM "
                                "wage.EmployeeDeductions WHERE TaxName IS NULL AND EmployeeID = " +
                                employee;
-    const QString kiwiSaver =
-        "SELECT (KiwiSaverEnrolled <> 0)||'/'||"
-        "(SELECT count(*) > 0 FROM wage.EmployeeDeductions d WHERE "
-        "d.EmployeeID = e.EmployeeID AND d.TaxName = 'KiwiSaver')||'/'||"
-        "(SELECT count(*) > 0 FROM wage.EmployerContributions c WHERE "
-        "c.EmployeeID = e.EmployeeID) FROM wage.Employees e WHERE AddressID = " +
-        addressOf(WorkerName);
-    const bool rateNew = now.rows("SELECT PayRate FROM wage.Employees WHERE AddressID = " +
-                                  addressOf(WorkerName)) == QString::number(NewPayRateStored);
-    const bool logged = now.rows(kNotes + sqlText(WorkerName) +
-                                 " AND notes LIKE '%Pay rate "
-                                 "amended to " +
-                                 NewPayRate + "%'") != QString();
+    const QString ks = now.rows(
+        "SELECT (KiwiSaverEnrolled <> 0)||'/'||(SELECT count(*) > 0 FROM wage.EmployeeDeductions "
+        "d WHERE d.EmployeeID = e.EmployeeID AND d.TaxName = 'KiwiSaver')||'/'||(SELECT count(*) "
+        "> 0 FROM wage.EmployerContributions c WHERE c.EmployeeID = e.EmployeeID) FROM "
+        "wage.Employees e WHERE AddressID = " +
+        addressOf(WorkerName));
+    const bool rateNew = now.rows(kPayRate) == QString::number(NewPayRateStored);
+    const bool logged = !now.rows(kNotes + sqlText(WorkerName) +
+                                  " AND notes LIKE '%Pay rate amended to " + NewPayRate + "%'")
+                             .isEmpty();
     const QString dedNow = now.rows(deductions);
     const bool dedNew =
         dedNow == QStringLiteral("%1/%2").arg(DeductionRows).arg(DeductionSumStored);
-    const QString ks = now.rows(kiwiSaver);
     QStringList problems;
     if (rateNew != logged)
         problems << QStringLiteral("pay rate %1 but change log line %2")
@@ -197,20 +196,14 @@ QString payDetailsWhole(const Books &now, const Books &before)
 
 QString addWhole(const Books &now, const Books &)
 {
-    const QString rows = now.rows("SELECT count(*) FROM main.Addresses WHERE WageFlag <> 0 AND "
-                                  "BusName = " +
-                                  sqlText(NewName));
+    const QString where = " WHERE BusName = " + sqlText(NewName);
+    const QString rows = now.rows("SELECT count(*) FROM main.Addresses" + where + " AND WageFlag");
     const QString employees = now.rows("SELECT count(*) FROM wage.Employees WHERE AddressID IN "
-                                       "(SELECT AddressID FROM main.Addresses WHERE BusName = " +
-                                       sqlText(NewName) + ")");
+                                       "(SELECT AddressID FROM main.Addresses" +
+                                       where + ")");
     return rows == employees && (rows == u"0" || rows == u"1")
                ? QString()
                : "added entry has " + rows + " row(s) and " + employees + " employee row(s)";
-}
-
-QString nothingMore(const Books &, const Books &)
-{
-    return {};
 }
 
 // Holds whatever the save: no employee without its Addresses row.
@@ -230,16 +223,17 @@ struct Scenario
 };
 
 const Scenario kScenarios[] = {
-    {"address", "", addressWhole, true},       {"notes", "", notesWhole, true},
-    {"paydetails", "", payDetailsWhole, true}, {"add", "", addWhole, false},
-    {"delete", "yes", nothingMore, false},
+    {"address", "", addressWhole, true},
+    {"notes", "", notesWhole, true},
+    {"paydetails", "", payDetailsWhole, true},
+    {"add", "", addWhole, false},
+    {"delete", "yes", [](const Books &, const Books &) { return QString(); }, false},
 };
 
 // ---- Running children --------------------------------------------------------------
 
 struct Outcome
 {
-    bool crashed = false;
     QString out, err;
     qint64 ms = 0;
     int failuresReported() const
@@ -254,8 +248,15 @@ struct Outcome
 
 struct Fault
 {
-    const char *kind = nullptr; // kill, eio, enospc; nullptr: none, but counted
-    int at = 0;
+    Fault(const char *kind = nullptr, int at = 0, const QString &countFile = {},
+          int killAfterMs = -1)
+        : kind(kind), at(at), countFile(countFile), killAfterMs(killAfterMs)
+    {
+    }
+    const char *kind; // kill, eio, enospc; nullptr: none, but counted
+    int at;
+    QString countFile;
+    int killAfterMs; // killed from outside instead
 };
 
 const QString kChild = RELIABILITY_CHILD;
@@ -270,17 +271,16 @@ QProcessEnvironment childEnvironment(const QString &suite, const QString &answer
     return env;
 }
 
-Outcome run(const QString &program, const QStringList &args, const QString &suite, Fault fault,
-            const QString &answers, const QString &countFile = {}, int killAfterMs = -1,
-            const std::function<void(QProcess &)> &during = {})
+Outcome run(const QString &program, const QStringList &args, const QString &suite,
+            const Fault &fault = {}, const QString &answers = {})
 {
     QProcessEnvironment env = childEnvironment(suite, answers);
-    if (fault.kind || !countFile.isEmpty()) {
+    if (fault.kind || !fault.countFile.isEmpty()) {
         env.insert("LD_PRELOAD", FAULTSHIM);
         env.insert("CV_FAULT_DIR", suite);
         env.insert("CV_FAULT_KIND", fault.kind ? fault.kind : "none");
         env.insert("CV_FAULT_AT", QString::number(fault.at));
-        env.insert("CV_FAULT_COUNT", countFile);
+        env.insert("CV_FAULT_COUNT", fault.countFile);
     }
     QProcess p;
     p.setProcessEnvironment(env);
@@ -288,19 +288,19 @@ Outcome run(const QString &program, const QStringList &args, const QString &suit
     clock.start();
     p.start(program, args);
     p.waitForStarted();
-    if (killAfterMs >= 0) {
-        QThread::msleep(killAfterMs);
+    if (fault.killAfterMs >= 0) {
+        QThread::msleep(fault.killAfterMs);
         p.kill();
     }
-    if (during)
-        during(p);
     p.waitForFinished(120000);
-    Outcome o;
-    o.ms = clock.elapsed();
-    o.crashed = p.exitStatus() == QProcess::CrashExit;
-    o.out = QString::fromUtf8(p.readAllStandardOutput());
-    o.err = QString::fromUtf8(p.readAllStandardError());
-    return o;
+    return {QString::fromUtf8(p.readAllStandardOutput()),
+            QString::fromUtf8(p.readAllStandardError()), clock.elapsed()};
+}
+
+Outcome outcomeOf(QProcess &p)
+{
+    return {QString::fromUtf8(p.readAllStandardOutput()),
+            QString::fromUtf8(p.readAllStandardError())};
 }
 
 bool copyTree(const QString &from, const QString &to)
@@ -330,8 +330,6 @@ QString firstDifference(const QString &before, const QString &after)
     return QStringLiteral("rows removed");
 }
 
-// ---- Figures -----------------------------------------------------------------------
-
 // Each test rewrites its own lines of the figures file and keeps the others'.
 void recordFigures(const QString &test, const QStringList &lines)
 {
@@ -342,13 +340,13 @@ void recordFigures(const QString &test, const QStringList &lines)
             if (!l.startsWith(test + u':'))
                 kept << l;
     f.close();
-    for (const QString &l : lines)
+    for (const QString &l : lines) {
         kept << test + ": " + l;
+        std::printf("[figures] %s: %s\n", qPrintable(test), qPrintable(l));
+    }
     kept.sort();
     if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
         f.write((kept.join(u'\n') + u'\n').toUtf8());
-    for (const QString &l : lines)
-        std::printf("[figures] %s: %s\n", qPrintable(test), qPrintable(l));
 }
 
 // Problems are collected, not stopped at, so that one run shows how many points fail.
@@ -362,6 +360,23 @@ struct Tally
         if (samples.size() < 12)
             samples << what;
     }
+    void add(const Tally &t)
+    {
+        runs += t.runs, corrupt += t.corrupt, halfSaved += t.halfSaved;
+        samples += t.samples.mid(0, 12 - samples.size());
+    }
+    QString figures() const
+    {
+        return QStringLiteral("%1, corrupt %2, half-saved %3")
+            .arg(runs)
+            .arg(corrupt)
+            .arg(halfSaved);
+    }
+    void expectClean(const char *what) const
+    {
+        EXPECT_EQ(corrupt, 0) << what << ":\n  " << qPrintable(samples.join("\n  "));
+        EXPECT_EQ(halfSaved, 0) << what << ":\n  " << qPrintable(samples.join("\n  "));
+    }
 };
 
 // ---- The fixture: one small suite, copied for every run -------------------------------
@@ -372,9 +387,8 @@ protected:
     static void SetUpTestSuite()
     {
         s_root = new QTemporaryDir;
-        const QString tpl = s_root->path() + "/template";
-        SuiteFiles::demoSuite(tpl);
-        Books b(tpl);
+        SuiteFiles::demoSuite(templateDir());
+        Books b(templateDir());
         QString seed =
             "INSERT INTO main.Addresses (BusName, ContactLastName, BusAddress1, BusCity, "
             "BusPhone, ContactEmail, notes, WageFlag) VALUES "
@@ -418,38 +432,42 @@ protected:
         return dir;
     }
 
-    // Checks the books after a kill: both files sound, the save whole or absent.
-    static void inspect(const QString &dir, const Scenario &s, Tally &t, const QString &label)
+    // Runs a save on a fresh copy, killed as fault says, and checks the books after it:
+    // both files sound, the save whole or absent.
+    static void killedRun(const Scenario &s, const Fault &fault, Tally &t, const QString &label)
     {
+        const auto dir = freshSuite();
+        run(kChild, {s.name}, dir->path(), fault, s.answers);
         ++t.runs;
-        const Books now(dir);
-        const Books before(templateDir());
-        if (const QString bad = now.error().isEmpty() ? now.integrity() : now.error();
-            !bad.isEmpty()) {
-            t.problem(t.corrupt, label + ": " + bad);
-            return;
-        }
-        QString half = s.whole(now, before);
-        if (const QString orphans = noOrphans(now); !orphans.isEmpty())
-            half += (half.isEmpty() ? "" : "; ") + orphans;
+        const Books now(dir->path()), before(templateDir());
+        if (const QString bad = now.problem(); !bad.isEmpty())
+            return t.problem(t.corrupt, label + ": " + bad);
+        const QString half = QStringList{s.whole(now, before), noOrphans(now)}
+                                 .filter(QRegularExpression("."))
+                                 .join("; ");
         if (!half.isEmpty())
             t.problem(t.halfSaved, label + ": " + half);
     }
 
-    // Counts the points a clean run of the save has.
-    static int pointsOf(const Scenario &s, Outcome *clean = nullptr)
+    // Counts the points a clean run of a save has; a clean run saves and says nothing.
+    static int pointsOf(const QString &program, const QStringList &args, const QString &answers,
+                        Outcome *clean = nullptr, QString *saved = nullptr)
     {
         const auto dir = freshSuite();
-        const QString countFile = dir->path() + ".count";
-        const Outcome o = run(kChild, {s.name}, dir->path(), {}, s.answers, countFile);
-        EXPECT_EQ(o.failuresReported(), 0) << s.name << ": a clean save reports\n"
-                                           << qPrintable(o.err);
-        EXPECT_NE(Books(dir->path()).dump(), Books(templateDir()).dump())
-            << s.name << ": a clean run saved nothing\n"
-            << qPrintable(o.err);
+        QStringList a = args;
+        a.replaceInStrings("<dir>", dir->path());
+        const Outcome o =
+            run(program, a, dir->path(), {nullptr, 0, dir->path() + ".count"}, answers);
+        const QString what = args.join(' ') + '\n' + o.err;
+        EXPECT_EQ(o.failuresReported(), 0) << "a clean save reports: " << qPrintable(what);
+        const QString after = Books(dir->path()).dump();
+        EXPECT_NE(after, Books(templateDir()).dump())
+            << "a clean run saved nothing: " << qPrintable(what);
         if (clean)
             *clean = o;
-        return readCount(countFile);
+        if (saved)
+            *saved = after;
+        return readCount(dir->path() + ".count");
     }
 
     static QTemporaryDir *s_root;
@@ -457,70 +475,41 @@ protected:
 
 QTemporaryDir *SaveReliability::s_root = nullptr;
 
-void expectClean(const Tally &t, const char *what)
-{
-    EXPECT_EQ(t.corrupt, 0) << what << ":\n  " << qPrintable(t.samples.join("\n  "));
-    EXPECT_EQ(t.halfSaved, 0) << what << ":\n  " << qPrintable(t.samples.join("\n  "));
-}
-
-TEST_F(SaveReliability, KilledBeforeEveryWriteAndSyncEachSaveIsWholeOrAbsent)
-{
-    Tally total;
-    QStringList figures;
-    for (const Scenario &s : kScenarios) {
-        const int points = pointsOf(s);
-        ASSERT_GT(points, 0) << s.name << ": the shim counted no writes";
-        Tally t;
-        for (int k = 1; k <= points; ++k) {
-            const auto dir = freshSuite();
-            run(kChild, {s.name}, dir->path(), {"kill", k}, s.answers);
-            inspect(dir->path(), s, t, QStringLiteral("%1 killed at %2").arg(s.name).arg(k));
-        }
-        figures << QStringLiteral("%1 kill points %2, corrupt %3, half-saved %4")
-                       .arg(s.name)
-                       .arg(points)
-                       .arg(t.corrupt)
-                       .arg(t.halfSaved);
-        expectClean(t, s.name);
-        total.runs += t.runs;
-        total.corrupt += t.corrupt;
-        total.halfSaved += t.halfSaved;
-    }
-    figures << QStringLiteral("kill points covered %1, corrupt files %2, half-saved %3")
-                   .arg(total.runs)
-                   .arg(total.corrupt)
-                   .arg(total.halfSaved);
-    recordFigures("crash points", figures);
-}
-
-TEST_F(SaveReliability, KilledAtRandomMomentsEachSaveIsWholeOrAbsent)
+// Killed before each counted write and sync in turn, then at random moments (the same ones
+// every run, so a failure repeats): each save is whole or absent.
+TEST_F(SaveReliability, KilledAnywhereEachSaveIsWholeOrAbsent)
 {
     const int kills = qEnvironmentVariableIntValue("CV_RANDOM_KILLS") > 0
                           ? qEnvironmentVariableIntValue("CV_RANDOM_KILLS")
                           : 1000;
     const int perScenario = (kills + int(std::size(kScenarios)) - 1) / int(std::size(kScenarios));
-    Tally total;
-    QRandomGenerator random(20240520); // the same moments every run, so a failure repeats
+    QRandomGenerator random(20240520);
+    Tally points, moments;
+    QStringList figures;
     for (const Scenario &s : kScenarios) {
+        SCOPED_TRACE(s.name);
         Outcome clean;
-        pointsOf(s, &clean);
-        Tally t;
+        const int count = pointsOf(kChild, {s.name}, s.answers, &clean);
+        ASSERT_GT(count, 0) << "the shim counted no writes";
+        Tally t, r;
+        for (int k = 1; k <= count; ++k)
+            killedRun(s, {"kill", k}, t, QStringLiteral("%1 killed at %2").arg(s.name).arg(k));
         for (int i = 0; i < perScenario; ++i) {
-            const auto dir = freshSuite();
-            const int ms = int(random.bounded(qint64(clean.ms) + 1));
-            run(kChild, {s.name}, dir->path(), {}, s.answers, {}, ms);
-            inspect(dir->path(), s, t, QStringLiteral("%1 killed after %2 ms").arg(s.name).arg(ms));
+            const int ms = int(random.bounded(clean.ms + 1));
+            killedRun(s, {nullptr, 0, {}, ms}, r,
+                      QStringLiteral("%1 killed after %2 ms").arg(s.name).arg(ms));
         }
-        expectClean(t, s.name);
-        total.runs += t.runs;
-        total.corrupt += t.corrupt;
-        total.halfSaved += t.halfSaved;
+        figures << QString(s.name) + " kill points " + t.figures();
+        t.expectClean("kill points");
+        r.expectClean("random kills");
+        points.add(t);
+        moments.add(r);
     }
-    recordFigures("random kills",
-                  {QStringLiteral("random kills %1, corrupt files %2, half-saved %3")
-                       .arg(total.runs)
-                       .arg(total.corrupt)
-                       .arg(total.halfSaved)});
+    const auto total = [](const Tally &t) {
+        return t.figures().replace("corrupt", "corrupt files");
+    };
+    recordFigures("crash points", figures << "kill points covered " + total(points));
+    recordFigures("random kills", {"random kills " + total(moments)});
 }
 
 // A failed write or sync, or a full disk, at every point of every save: the user hears of
@@ -533,37 +522,32 @@ TEST_F(SaveReliability, AFailedWriteIsReportedOnceAndChangesNothing)
     int points = 0, reportedOnce = 0, unchanged = 0, absorbed = 0, autocommit = 0, typedKept = 0,
         typedRuns = 0;
     QStringList samples;
-    auto sample = [&samples](const QString &s) {
+    const auto sample = [&samples](const QString &s) {
         if (samples.size() < 20)
             samples << s;
     };
     for (const Scenario &s : kScenarios) {
-        const int k = pointsOf(s);
-        const auto clean = freshSuite();
-        run(kChild, {s.name}, clean->path(), {}, s.answers);
-        const QString saved = Books(clean->path()).dump();
+        QString saved;
+        const int k = pointsOf(kChild, {s.name}, s.answers, nullptr, &saved);
+        const QString answers =
+            QStringList{s.answers, "cancel"}.filter(QRegularExpression(".")).join(u',');
         for (const char *kind : {"eio", "enospc"}) {
-            for (int at = 1; at <= k; ++at) {
-                ++points;
+            for (int at = 1; at <= k; ++at, ++points) {
                 const auto dir = freshSuite();
-                const QString answers = QString(s.answers).isEmpty()
-                                            ? QStringLiteral("cancel")
-                                            : QString(s.answers) + ",cancel";
                 const Outcome o = run(kChild, {s.name}, dir->path(), {kind, at}, answers);
                 const QString label = QStringLiteral("%1 %2 at %3").arg(s.name, kind).arg(at);
                 const int reports = o.failuresReported();
                 const QString after = Books(dir->path()).dump();
-                if (reports == 1)
-                    ++reportedOnce;
+                reportedOnce += reports == 1;
                 if (reports == 1 && after == before)
                     ++unchanged;
                 else if (reports == 0 && after == saved)
                     ++absorbed;
-                else if (reports != 1)
-                    sample(label + QStringLiteral(": reported %1 times").arg(reports));
                 else
-                    sample(label +
-                           ": reported, yet the files changed: " + firstDifference(before, after));
+                    sample(label + (reports != 1
+                                        ? QStringLiteral(": reported %1 times").arg(reports)
+                                        : ": reported, yet the files changed: " +
+                                              firstDifference(before, after)));
                 if (o.says("AUTOCOMMIT 1"))
                     ++autocommit;
                 else
@@ -603,33 +587,26 @@ TEST_F(SaveReliability, BulkReplaceKilledLeavesTheOldSuiteOrTheNew)
     const auto suiteOf = [](const QString &dir) {
         QFile ini(dir + "/Corvane/Common/Corvane.ini");
         const Books b(dir);
-        const QString files = b.error().isEmpty() ? b.integrity() : b.error();
-        return files.isEmpty() ? b.dump() + (ini.open(QIODevice::ReadOnly) ? ini.readAll() : "")
-                               : "<bad: " + files + ">";
+        const QString bad = b.problem();
+        return bad.isEmpty() ? b.dump() + (ini.open(QIODevice::ReadOnly) ? ini.readAll() : "")
+                             : "<bad: " + bad + ">";
     };
-    const QStringList args{"bulk", "", "--addresses", "50", "--employees", "10", "--force"};
-    auto argsFor = [&args](const QString &dir) {
-        QStringList a = args;
-        a[1] = dir;
-        return a;
-    };
+    const QStringList args{"bulk", "<dir>", "--addresses", "50", "--employees", "10", "--force"};
     const QString oldSuite = suiteOf(templateDir());
     QString newSuite;
-    int points = 0;
+    const int points = pointsOf(kCvsuite, args, {});
     {
         const auto dir = freshSuite();
-        const QString countFile = dir->path() + ".count";
-        run(kCvsuite, argsFor(dir->path()), dir->path(), {}, {}, countFile);
-        points = readCount(countFile);
+        run(kCvsuite, QStringList(args).replaceInStrings("<dir>", dir->path()), dir->path());
         newSuite = suiteOf(dir->path());
     }
     ASSERT_GT(points, 0);
     ASSERT_NE(newSuite, oldSuite);
     Tally t;
-    for (int k = 1; k <= points; ++k) {
+    for (int k = 1; k <= points; ++k, ++t.runs) {
         const auto dir = freshSuite();
-        run(kCvsuite, argsFor(dir->path()), dir->path(), {"kill", k}, {});
-        ++t.runs;
+        run(kCvsuite, QStringList(args).replaceInStrings("<dir>", dir->path()), dir->path(),
+            {"kill", k});
         const QString now = suiteOf(dir->path());
         if (now.startsWith(u"<bad"))
             t.problem(t.corrupt, QStringLiteral("killed at %1: %2").arg(k).arg(now.left(200)));
@@ -637,11 +614,9 @@ TEST_F(SaveReliability, BulkReplaceKilledLeavesTheOldSuiteOrTheNew)
             t.problem(t.halfSaved,
                       QStringLiteral("killed at %1: neither the old suite nor the new").arg(k));
     }
-    recordFigures("cvsuite bulk", {QStringLiteral("kill points %1, corrupt %2, half-replaced %3")
-                                       .arg(t.runs)
-                                       .arg(t.corrupt)
-                                       .arg(t.halfSaved)});
-    expectClean(t, "cvsuite bulk --force");
+    recordFigures("cvsuite bulk",
+                  {"kill points " + t.figures().replace("half-saved", "half-replaced")});
+    t.expectClean("cvsuite bulk --force");
 }
 
 // Eight programs save their own entries as fast as they can for a minute, answering Retry
@@ -659,14 +634,11 @@ TEST_F(SaveReliability, EightWritersForAMinuteLoseNothingAndReportEveryFailure)
         writers.back()->start(kChild,
                               {"loop", LoopPrefix + QString::number(i), QString::number(seconds)});
     }
-    int saved = 0, failed = 0, silent = 0, lost = 0, reported = 0;
     for (auto &p : writers)
         ASSERT_TRUE(p->waitForFinished((seconds + 60) * 1000));
+    int saved = 0, failed = 0, silent = 0, lost = 0, reported = 0;
     for (int i = 1; i <= 8; ++i) {
-        QProcess &p = *writers[std::size_t(i - 1)];
-        Outcome o;
-        o.out = QString::fromUtf8(p.readAllStandardOutput());
-        o.err = QString::fromUtf8(p.readAllStandardError());
+        const Outcome o = outcomeOf(*writers[std::size_t(i - 1)]);
         reported += o.failuresReported();
         // A save whose check could not read the value back (UNREAD, another writer held
         // the file) may be stored or not; any such save after the last one seen stored may
@@ -674,16 +646,14 @@ TEST_F(SaveReliability, EightWritersForAMinuteLoseNothingAndReportEveryFailure)
         QString lastSaved;
         QStringList unreadSince;
         for (const QString &line : o.out.split(u'\n', Qt::SkipEmptyParts)) {
-            const QString outcome = line.section(u' ', 0, 0);
+            const QString outcome = line.section(u' ', 0, 0), n = line.section(u' ', 1);
             saved += outcome == u"SAVED";
             failed += outcome == u"FAILED";
             silent += outcome == u"SILENT";
-            if (outcome == u"SAVED") {
-                lastSaved = line.section(u' ', 1);
-                unreadSince.clear();
-            } else if (outcome == u"UNREAD") {
-                unreadSince << line.section(u' ', 1);
-            }
+            if (outcome == u"SAVED")
+                lastSaved = n, unreadSince.clear();
+            else if (outcome == u"UNREAD")
+                unreadSince << n;
         }
         const QString stored =
             Books(dir->path())
@@ -695,7 +665,7 @@ TEST_F(SaveReliability, EightWritersForAMinuteLoseNothingAndReportEveryFailure)
                           << ", last save it was told of " << qPrintable(lastSaved);
         }
     }
-    EXPECT_EQ(Books(dir->path()).integrity(), QString());
+    EXPECT_EQ(Books(dir->path()).problem(), QString());
     EXPECT_GT(saved, 8);
     EXPECT_EQ(silent, 0) << "saves that failed without a message";
     EXPECT_GE(reported, failed);
@@ -715,17 +685,12 @@ TEST_F(SaveReliability, EightWritersForAMinuteLoseNothingAndReportEveryFailure)
 // cancels, and nothing is half saved.
 TEST_F(SaveReliability, AnotherProgramHoldingTheWageFile)
 {
-    struct Case
-    {
-        int holdMs;
-        const char *answers;
-        bool endsSaved;
-    };
     const Books before(templateDir());
-    for (const Case c : {Case{2000, "retry*", true}, Case{20000, "cancel", false}}) {
-        SCOPED_TRACE(c.holdMs);
+    for (const auto &[holdMs, answers, endsSaved] :
+         {std::tuple{2000, "retry*", true}, std::tuple{20000, "cancel", false}}) {
+        SCOPED_TRACE(holdMs);
         const auto dir = freshSuite();
-        QProcessEnvironment env = childEnvironment(dir->path(), c.answers);
+        QProcessEnvironment env = childEnvironment(dir->path(), answers);
         env.insert("CV_PAUSE_BEFORE_SAVE", "1");
         QProcess child;
         child.setProcessEnvironment(env);
@@ -742,22 +707,19 @@ TEST_F(SaveReliability, AnotherProgramHoldingTheWageFile)
         child.write("go\n");
         QElapsedTimer held;
         held.start();
-        while (held.elapsed() < c.holdMs && !child.waitForFinished(100)) {
+        while (held.elapsed() < holdMs && !child.waitForFinished(100)) {
         }
         sqlite3_exec(holder, "COMMIT", nullptr, nullptr, nullptr);
         sqlite3_close(holder);
         ASSERT_TRUE(child.state() == QProcess::NotRunning || child.waitForFinished(60000));
 
-        Outcome o;
-        o.out = QString::fromUtf8(child.readAllStandardOutput());
-        o.err = QString::fromUtf8(child.readAllStandardError());
+        const Outcome o = outcomeOf(child);
         const Books now(dir->path());
-        EXPECT_EQ(now.integrity(), QString());
+        EXPECT_EQ(now.problem(), QString());
         EXPECT_EQ(payDetailsWhole(now, before), QString());
-        const bool saved = now.rows("SELECT PayRate FROM wage.Employees WHERE AddressID = " +
-                                    addressOf(WorkerName)) == QString::number(NewPayRateStored);
-        EXPECT_EQ(saved, c.endsSaved) << qPrintable(o.err);
-        if (!c.endsSaved) {
+        EXPECT_EQ(now.rows(kPayRate) == QString::number(NewPayRateStored), endsSaved)
+            << qPrintable(o.err);
+        if (!endsSaved) {
             EXPECT_EQ(o.failuresReported(), 1) << qPrintable(o.err);
         }
         EXPECT_TRUE(o.says("AUTOCOMMIT 1")) << qPrintable(o.out);

@@ -1,6 +1,6 @@
 // The INI reader and writer on real files.
-#include "support/confighome.h"
 #include "config/profilestring.h"
+#include "support/confighome.h"
 #include "support/qtprinters.h"
 
 #include <gtest/gtest.h>
@@ -87,45 +87,32 @@ TEST_F(ProfileFileTest, MissingAndBareFilesGiveTheDefault)
     QDir::setCurrent(old);
 }
 
-TEST_F(ProfileFileTest, WriterReplacesTheValueAndKeepsEveryOtherLine)
+// The writer replaces the value or adds the key at the end of its section (or the section
+// at the end), and keeps every other byte: comments, blank lines, line ends, Latin-1.
+TEST_F(ProfileFileTest, WriterChangesOnlyTheKeysLine)
 {
-    const QByteArray before = "\xEF\xBB\xBF; suite settings\r\n"
-                              "[CORVANE]\r\n"
-                              "DataRoot=C:\\Data\r\n"
-                              "\r\n"
-                              "[wage]\n"
-                              "  allemployees = N  \r\n"
-                              "AllEmployees=ignored duplicate\r\n"
-                              "Other=1\r\n"
-                              "[WAGE]\r\n"
-                              "AllEmployees=second section\r\n"
-                              "[TAX]\r\n"
-                              "TaxName=\xE9t\xE9"; // Latin-1, no final line end
-    const QString ini = write(before);
-    ASSERT_TRUE(writeProfileString("WAGE", "AllEmployees", "Y", ini));
-    QByteArray expected = before;
-    expected.replace("  allemployees = N  \r\n", "AllEmployees=Y\r\n");
-    EXPECT_EQ(contents(ini), expected);
-}
-
-TEST_F(ProfileFileTest, WriterAddsAMissingKeyAtTheEndOfItsSection)
-{
-    const QString ini = write("[CORVANE]\nDataRoot=x\n[Wage]\nOther=1\n\n[TAX]\nTaxName=GST");
-    ASSERT_TRUE(writeProfileString("WAGE", "AllEmployees", "N", ini));
-    EXPECT_EQ(contents(ini),
-              "[CORVANE]\nDataRoot=x\n[Wage]\nOther=1\nAllEmployees=N\n\n[TAX]\nTaxName=GST");
-}
-
-TEST_F(ProfileFileTest, WriterAddsAMissingSectionAndCreatesFiles)
-{
-    const QString ini = write("[CORVANE]\r\nDataRoot=x");
-    ASSERT_TRUE(writeProfileString("WAGE", "AllEmployees", "Y", ini));
-    EXPECT_EQ(contents(ini), "[CORVANE]\r\nDataRoot=x\r\n[WAGE]\r\nAllEmployees=Y\r\n");
-    EXPECT_EQ(read(ini, "wage", "allemployees"), "Y");
-
-    const QString fresh = m_dir.filePath("fresh.ini");
-    ASSERT_TRUE(writeProfileString("WAGE", "AllEmployees", "N", fresh));
-    EXPECT_EQ(contents(fresh), "[WAGE]\r\nAllEmployees=N\r\n");
+    const struct
+    {
+        QByteArray before, after;
+    } cases[] = {
+        {"\xEF\xBB\xBF; suite settings\r\n[CORVANE]\r\nDataRoot=C:\\Data\r\n\r\n[wage]\n"
+         "  allemployees = N  \r\nAllEmployees=ignored duplicate\r\nOther=1\r\n[WAGE]\r\n"
+         "AllEmployees=second section\r\n[TAX]\r\nTaxName=\xE9t\xE9", // no final line end
+         "\xEF\xBB\xBF; suite settings\r\n[CORVANE]\r\nDataRoot=C:\\Data\r\n\r\n[wage]\n"
+         "AllEmployees=Y\r\nAllEmployees=ignored duplicate\r\nOther=1\r\n[WAGE]\r\n"
+         "AllEmployees=second section\r\n[TAX]\r\nTaxName=\xE9t\xE9"},
+        {"[CORVANE]\nDataRoot=x\n[Wage]\nOther=1\n\n[TAX]\nTaxName=GST",
+         "[CORVANE]\nDataRoot=x\n[Wage]\nOther=1\nAllEmployees=Y\n\n[TAX]\nTaxName=GST"},
+        {"[CORVANE]\r\nDataRoot=x", "[CORVANE]\r\nDataRoot=x\r\n[WAGE]\r\nAllEmployees=Y\r\n"},
+        {"", "[WAGE]\r\nAllEmployees=Y\r\n"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.before.toStdString());
+        const QString ini = c.before.isEmpty() ? m_dir.filePath("fresh.ini") : write(c.before);
+        ASSERT_TRUE(writeProfileString("WAGE", "AllEmployees", "Y", ini));
+        EXPECT_EQ(contents(ini), c.after);
+        EXPECT_EQ(read(ini, "wage", "allemployees"), "Y");
+    }
 }
 
 TEST_F(ProfileFileTest, ABareNameIsAFileInThePerUserFolder)

@@ -1,16 +1,13 @@
 // The error log: one line per process, private, bounded; none at all for a suite
 // cvsuite made.
 #include "config/errorlog.h"
-#include "suitefiles.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"
 
 #include <gtest/gtest.h>
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 
 #include <sys/stat.h>
 
@@ -86,35 +83,3 @@ TEST_F(LogErrorTest, ANewLogIsPrivateAndAFullOneMovesAsideWhole)
 }
 
 } // namespace
-
-#ifdef CVADDRESS_EXE
-
-// The real program on the demo suite, in both modes, reads every INI key it
-// knows; none may be missing.
-TEST(ErrorLogOnStart, TheDemoSuiteStartsWithoutALogLine)
-{
-    QTemporaryDir dir, home;
-    SuiteFiles::demoSuite(dir.path());
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("QT_QPA_PLATFORM", "offscreen");
-    env.insert("CORVANE_MESSAGES", "stderr");
-    env.insert("CORVANE_SHARED_DOCUMENTS", dir.path());
-    env.insert("XDG_RUNTIME_DIR", home.path());
-    env.insert("XDG_CONFIG_HOME", home.path());
-    for (const char *mode : {"0,0,False,False", "1,0,False,False"}) {
-        const QString shot = home.filePath("shot.png");
-        env.insert("CORVANE_SCREENSHOT", shot);
-        QProcess process;
-        process.setProcessEnvironment(env);
-        process.start(CVADDRESS_EXE, {mode});
-        ASSERT_TRUE(process.waitForFinished(30000)) << mode;
-        EXPECT_EQ(process.exitCode(), 0) << mode;
-        EXPECT_TRUE(QFile::remove(shot)) << mode << ": no window was shown";
-        QFile log(dir.path() + "/Corvane/Common/CvErrors.log");
-        EXPECT_FALSE(log.exists())
-            << mode << ": "
-            << (log.open(QIODevice::ReadOnly) ? log.readAll().toStdString() : std::string());
-    }
-}
-
-#endif

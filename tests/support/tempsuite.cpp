@@ -77,10 +77,15 @@ QByteArray TempSuite::readErrorLog() const
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
-void execOnFile(const QString &path, const QString &script)
+namespace {
+
+// Runs statements on a connection of its own, in one transaction; the first row's first
+// column of the last one.
+QVariant runOnFile(const QString &path, const QStringList &statements)
 {
     const QString name = "tempsuite-" + QUuid::createUuid().toString();
     QString failure;
+    QVariant value;
     {
         QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", name);
         db.setDatabaseName(path);
@@ -89,16 +94,41 @@ void execOnFile(const QString &path, const QString &script)
         } else {
             QSqlQuery q(db);
             q.exec("BEGIN");
-            for (const QString &statement : script.split(u';')) {
+            for (const QString &statement : statements) {
                 if (failure.isEmpty() && !statement.trimmed().isEmpty() && !q.exec(statement))
                     failure = q.lastError().text() + ": " + statement;
             }
+            if (failure.isEmpty() && q.isSelect() && q.next() && !q.isNull(0))
+                value = q.value(0);
+            q.finish();
             q.exec(failure.isEmpty() ? "COMMIT" : "ROLLBACK");
         }
     }
     QSqlDatabase::removeDatabase(name);
     if (!failure.isEmpty())
         throw CvError(CvError::SqlError, "TempSuite", path + ": " + failure);
+    return value;
+}
+
+} // namespace
+
+void execOnFile(const QString &path, const QString &script)
+{
+    runOnFile(path, script.split(u';'));
+}
+
+QVariant valueOnFile(const QString &path, const QString &sql)
+{
+    return runOnFile(path, {sql});
+}
+
+QVariant TempSuite::farmValue(const QString &sql) const
+{
+    return valueOnFile(farmPath(), sql);
+}
+QVariant TempSuite::wageValue(const QString &sql) const
+{
+    return valueOnFile(wagePath(), sql);
 }
 
 void TempSuite::execFarm(const QString &sql) const

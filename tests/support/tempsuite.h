@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 #include <QTemporaryDir>
+#include <QVariant>
 
 // A shared documents folder laid out as the suite does, in a temporary folder
 // that goes with the object: Corvane/Common/Corvane.ini and data/Farm32.mdb and
@@ -32,6 +33,10 @@ public:
     // Run SQL straight on a data file (no translation), for arranging fixtures: see execOnFile.
     void execFarm(const QString &sql) const;
     void execWage(const QString &sql) const;
+    // The first column of the first row of a query run straight on a data file, as stored;
+    // an invalid value when there is no row or it is Null.
+    QVariant farmValue(const QString &sql) const;
+    QVariant wageValue(const QString &sql) const;
 
 private:
     QTemporaryDir m_dir;
@@ -42,3 +47,4 @@ private:
 // Runs statements separated by semicolons (none inside a literal) on a data file, in one
 // transaction on a connection of its own. Failures throw CvError.
 void execOnFile(const QString &path, const QString &script);
+QVariant valueOnFile(const QString &path, const QString &sql);
