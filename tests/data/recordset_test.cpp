@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 #include <QDateTime>
+#include <tuple>
 
 namespace {
 
@@ -101,33 +102,33 @@ TEST_F(RecordsetTest, MovesBetweenBeginningAndEnd)
 
 TEST_F(RecordsetTest, FindsBySimpleCriteria)
 {
-    // Rows in name order: 40 (Null), 42, 43, 39, 38, 37, 41.
+    // Addresses in name order: 40 (Null), 42, 43, 39, 38, 37, 41. Found: the field's value
+    // at the first match; invalid: none; error: the error raised.
+    const QString byName = "select * from Addresses order by busname";
     const struct
     {
-        const char *source, *criterion, *field;
-        QVariant found; // the field's value at the first match; invalid: none; int: error
+        QString source;
+        const char *criterion, *field;
+        QVariant found;
         int error = 0;
     } cases[] = {
-        {"select * from Addresses order by busname", "AddressID = 37", "BusName", "Brown Farms"},
-        {"select * from Addresses order by busname", "BusName = 'BAILEY, SAM'", "AddressID", 38},
-        {"select * from Addresses order by busname", "[BusName] Like \"*Ltd\" AND WageFlag = False",
-         "AddressID", 39},
-        {"select * from Addresses order by busname", "BusName Is Null", "AddressID", 40},
-        {"select * from Addresses order by busname", "BusName Is Not Null", "AddressID", 42},
-        {"select * from Addresses order by busname", "HeadingAccount >= 401001", "AddressID", 37},
-        {"select * from Addresses order by busname", "AddressID > 40.5 AND AddressID <> 42",
-         "AddressID", 43},
-        {"select * from Addresses order by busname", "AddressID = '38'", "AddressID", 38},
-        {"select * from Addresses order by busname",
-         "WageFlag = True AND Addresses.BusName <> \"bailey, sam\"", "AddressID", 37},
+        {byName, "AddressID = 37", "BusName", "Brown Farms"},
+        {byName, "BusName = 'BAILEY, SAM'", "AddressID", 38},
+        {byName, "[BusName] Like \"*Ltd\" AND WageFlag = False", "AddressID", 39},
+        {byName, "BusName Is Null", "AddressID", 40},
+        {byName, "BusName Is Not Null", "AddressID", 42},
+        {byName, "HeadingAccount >= 401001", "AddressID", 37},
+        {byName, "AddressID > 40.5 AND AddressID <> 42", "AddressID", 43},
+        {byName, "AddressID = '38'", "AddressID", 38},
+        {byName, "WageFlag = True AND Addresses.BusName <> \"bailey, sam\"", "AddressID", 37},
         {"Transactions", "Date = #4/2/2010#", "Amount", "-100000"},
         {"Transactions", "Amount = 25.1", "Date", 40269},
         {"Transactions", "Amount < False", "Date", 40270},
-        {"select * from Addresses", "AddressID = 999", "AddressID", {}},
-        {"select * from Addresses", "AddressID == 37", "", {}, CvError::ExpressionError},
-        {"select * from Addresses", "AddressID = 37 AND", "", {}, CvError::ExpressionError},
-        {"select * from Addresses", "BusName Like '[a'", "", {}, CvError::ExpressionError},
-        {"select * from Addresses", "Nonsense = 1", "", {}, CvError::ItemNotFound}};
+        {byName, "AddressID = 999", "AddressID", {}},
+        {byName, "AddressID == 37", "", {}, CvError::ExpressionError},
+        {byName, "AddressID = 37 AND", "", {}, CvError::ExpressionError},
+        {byName, "BusName Like '[a'", "", {}, CvError::ExpressionError},
+        {byName, "Nonsense = 1", "", {}, CvError::ItemNotFound}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.criterion);
         Recordset rs(m_farm, c.source);
@@ -137,14 +138,12 @@ TEST_F(RecordsetTest, FindsBySimpleCriteria)
         EXPECT_EQ(errorOf([&] { found = rs.findFirst(c.criterion); }), c.error);
         EXPECT_EQ(found, c.found.isValid());
         EXPECT_EQ(rs.noMatch(), !c.found.isValid() && !c.error);
-        if (found)
-            EXPECT_EQ(rs.storedValue(rs.fieldIndex(c.field)).toString(), c.found.toString());
-        else
-            EXPECT_EQ(rs.storedValue(0), before); // the position stays
+        EXPECT_EQ(found ? rs.storedValue(rs.fieldIndex(c.field)).toString() : rs.storedValue(0),
+                  found ? c.found.toString() : before); // else the position stays
     }
 
     // Keys are found after adds and deletes.
-    Recordset rs(m_farm, "select * from Addresses order by busname");
+    Recordset rs(m_farm, byName);
     rs.addNew();
     rs.setValue("BusName", "Zed");
     rs.update();
@@ -324,20 +323,15 @@ TEST_F(RecordsetTest, OutlivingItsDatabaseFailsCleanly)
 TEST_F(RecordsetTest, JetFormsRunOnTheSchema)
 {
     Database &farm = m_farm, &wage = m_wage;
-    const struct
-    {
-        Database &db;
-        QString jet, field;
-        QStringList rows;
-    } cases[] = {
+    const std::tuple<Database &, QString, const char *, QStringList> cases[] = {
         {farm,
-         "SELECT DISTINCTROW Addresses.AddressID, Addresses.BusName From Addresses "
-         "WHERE (((Addresses.WageFlag)=True)) ORDER BY Addresses.busname;",
+         "SELECT DISTINCTROW Addresses.AddressID, Addresses.BusName From Addresses WHERE "
+         "(((Addresses.WageFlag)=True)) ORDER BY Addresses.busname;",
          "AddressID",
          {"40", "38", "37"}},
         {wage,
-         "SELECT DISTINCTROW Employees.AddressID From Employees WHERE Employees.[Datefinished] "
-         "Is Null Or Employees.[Datefinished]=0 ORDER BY Employees.AddressID;",
+         "SELECT DISTINCTROW Employees.AddressID From Employees WHERE Employees.[Datefinished]"
+         " Is Null Or Employees.[Datefinished]=0 ORDER BY Employees.AddressID;",
          "AddressID",
          {"37", "38"}},
         {wage,
@@ -346,10 +340,10 @@ TEST_F(RecordsetTest, JetFormsRunOnTheSchema)
          "Date",
          {"40269"}},
         {farm,
-         "SELECT DISTINCTROW [Secondary Codes].[Secondary Codes ID], [Secondary Codes].[Cached "
-         "Name] FROM [Account Codes] INNER JOIN [Secondary Codes] ON [Account Codes].[Account "
-         "Code] = [Secondary Codes].[Main Code ID] Where [Account Codes].[Show In CashBk] = True "
-         "Order by [Cached Name]",
+         "SELECT DISTINCTROW [Secondary Codes].[Secondary Codes ID], [Secondary Codes]."
+         "[Cached Name] FROM [Account Codes] INNER JOIN [Secondary Codes] ON [Account Codes]"
+         ".[Account Code] = [Secondary Codes].[Main Code ID] Where [Account Codes].[Show In "
+         "CashBk] = True Order by [Cached Name]",
          "Secondary Codes ID",
          {"401002", "401001"}},
         {wage,
@@ -357,8 +351,8 @@ TEST_F(RecordsetTest, JetFormsRunOnTheSchema)
          "CountryPhone=0 order by taxTypes.order",
          "TaxTypeID",
          {"4"}}};
-    for (const auto &c : cases)
-        EXPECT_EQ(column(c.db, c.jet, c.field), c.rows) << c.jet.toStdString();
+    for (const auto &[db, jet, field, rows] : cases)
+        EXPECT_EQ(column(db, jet, field), rows) << jet.toStdString();
 
     // A row added through a join stores only its first table's columns.
     Recordset rs(wage, "SELECT DISTINCTROW EmployeeDeductions.EmployeeID, "

@@ -1,8 +1,8 @@
 // Change-log lines, dated with the pinned day, and their place in the notes.
+#include "core/clock.h"
 #include "data/database.h"
 #include "data/recordset.h"
 #include "paydetails/changelog.h"
-#include "core/clock.h"
 #include "support/errorof.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"

@@ -19,12 +19,7 @@ protected:
         editor.load(*farm, 37);
     }
 
-    void type(int field, const QString &text)
-    {
-        editor.textFocusIn(field);
-        editor.textEdited(field, text);
-        editor.textFocusOut(field);
-    }
+    void type(int field, const QString &text) { EditorBooks::type(editor, field, text); }
 
     // The change-log lines the next save will write.
     QString notes() const { return editor.pendingLog().join("\r\n"); }

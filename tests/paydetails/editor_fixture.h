@@ -1,9 +1,10 @@
 #pragma once
 
+#include "core/clock.h"
 #include "data/database.h"
 #include "data/recordset.h"
+#include "paydetails/paydetailseditor.h"
 #include "paydetails/paylists.h"
-#include "core/clock.h"
 #include "support/messagerecorder.h"
 #include "support/tempsuite.h"
 
@@ -57,6 +58,22 @@ protected:
         farm = std::make_unique<Database>(suite.farmPath());
         farm->attach(suite.wagePath(), "wage");
         wage = std::make_unique<Database>(suite.wagePath());
+    }
+
+    // Picks the list's item of that text; types into a field and leaves it, as a user does.
+    static void choose(PayDetailsEditor &editor, int list, const QString &text)
+    {
+        const ComboList &items = editor.list(list);
+        int i = items.count() - 1;
+        while (i >= 0 && items.item(i).text != text)
+            --i;
+        editor.listChosen(list, i);
+    }
+    static bool type(PayDetailsEditor &editor, int field, const QString &text)
+    {
+        editor.textFocusIn(field);
+        editor.textEdited(field, text);
+        return editor.textFocusOut(field);
     }
 
     QVariant stored(qint32 addressId, const QString &column)

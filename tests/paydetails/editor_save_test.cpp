@@ -12,23 +12,6 @@
 
 using Editor = PayDetailsEditor;
 
-namespace {
-
-int indexOfText(const ComboList &list, const QString &text)
-{
-    for (int i = 0; i < list.count(); ++i)
-        if (list.item(i).text == text)
-            return i;
-    return -1;
-}
-
-void choose(Editor &editor, int list, const QString &text)
-{
-    editor.listChosen(list, indexOfText(editor.list(list), text));
-}
-
-} // namespace
-
 TEST_F(EditorBooks, NewEmployeeGetsItsRowWithTheDefaultsOnClose)
 {
     Editor editor(Editor::Host::Dialog);
@@ -37,16 +20,17 @@ TEST_F(EditorBooks, NewEmployeeGetsItsRowWithTheDefaultsOnClose)
     EXPECT_EQ(editor.list(Editor::EnrolmentType).text(), "Not enrolled");
     EXPECT_EQ(editor.payRateCaption(), "Pay Rate");
     EXPECT_FALSE(editor.queryClose());
-
-    EXPECT_EQ(stored(38, "EmployeeTypeID").toInt(), 1);
-    EXPECT_EQ(stored(38, "TaxTypeID").toInt(), 1);
-    EXPECT_EQ(stored(38, "PayIntervalID").toInt(), 1);
-    EXPECT_EQ(stored(38, "BankID").toInt(), 1);
-    EXPECT_EQ(stored(38, "EnterpriseID").toInt(), 1);
-    EXPECT_EQ(stored(38, "KiwiSaverEnrolID").toInt(), 6);
-    EXPECT_FALSE(stored(38, "KiwiSaverEnrolled").toBool());
-    EXPECT_TRUE(stored(38, "HeadingID").isNull());
-    EXPECT_TRUE(stored(38, "PayRate").isNull());
+    const std::pair<const char *, QVariant> defaults[] = {{"EmployeeTypeID", 1},
+                                                          {"TaxTypeID", 1},
+                                                          {"PayIntervalID", 1},
+                                                          {"BankID", 1},
+                                                          {"EnterpriseID", 1},
+                                                          {"KiwiSaverEnrolID", 6},
+                                                          {"KiwiSaverEnrolled", false},
+                                                          {"HeadingID", {}},
+                                                          {"PayRate", {}}};
+    for (const auto &[column, value] : defaults)
+        EXPECT_EQ(stored(38, column).toString(), value.toString()) << column;
     EXPECT_TRUE(messages.requests.empty());
 }
 
@@ -167,9 +151,7 @@ TEST_F(EditorBooks, ChangeLogLinesAreWrittenOnlyWithTheSaveThatStoresTheChange)
     };
     Editor editor(Editor::Host::Dialog);
     editor.load(*farm, 37);
-    editor.textFocusIn(Editor::PayRate);
-    editor.textEdited(Editor::PayRate, "31");
-    editor.textFocusOut(Editor::PayRate);
+    type(editor, Editor::PayRate, "31");
     editor.listFocusIn(Editor::Occupation);
     choose(editor, Editor::Occupation, "Farm hand");
     editor.listFocusOut(Editor::Occupation);

@@ -1,8 +1,8 @@
 // PAYE settings from a real main data file.
-#include "support/confighome.h"
-#include "data/database.h"
 #include "config/errorlog.h"
+#include "data/database.h"
 #include "paydetails/payeinfo.h"
+#include "support/confighome.h"
 #include "support/messagerecorder.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"

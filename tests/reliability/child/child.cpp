@@ -8,15 +8,15 @@
 // Answers come from CV_ANSWERS (retry, cancel, discard, yes, no; "retry*" repeats).
 #include "../reliability.h"
 #include "addressbook/addressbooklogic.h"
+#include "config/settings.h"
 #include "controls/inputboxservice.h"
 #include "core/cverror.h"
 #include "data/database.h"
 #include "data/recordset.h"
-#include "paydetails/deductiongrid.h"
-#include "paydetails/paydetailseditor.h"
 #include "launch/addressglobals.h"
 #include "messages/messageservice.h"
-#include "config/settings.h"
+#include "paydetails/deductiongrid.h"
+#include "paydetails/paydetailseditor.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -113,10 +113,10 @@ qint32 addressIdOf(const QString &name)
 
 int indexOfText(const ComboList &list, const QString &text)
 {
-    for (int i = 0; i < list.count(); ++i)
-        if (list.item(i).text == text)
-            return i;
-    return -1;
+    int i = list.count() - 1;
+    while (i >= 0 && list.item(i).text != text)
+        --i;
+    return i;
 }
 
 void start(AddressBookLogic &logic, qint16 mode, const QString &name)
@@ -173,9 +173,8 @@ bool savePayDetails()
     editor.textFocusOut(E::PayRate);
 
     const ComboList &occupations = editor.list(E::Occupation);
-    editor.listFocusIn(E::Occupation);
-    editor.listChosen(E::Occupation, (occupations.listIndex() + 1) % occupations.count());
-    editor.listFocusOut(E::Occupation);
+    choose(editor, E::Occupation,
+           occupations.item((occupations.listIndex() + 1) % occupations.count()).text);
 
     DeductionGrid &grid = editor.deductionGrid();
     QVariant ordinary;
@@ -260,7 +259,7 @@ int main(int argc, char **argv)
     AddressBookLogic logic{AddressGlobals::context()};
     logic.setInputBox(&input);
 
-    bool kept = true;
+    bool kept = true; // add and delete keep nothing typed
     try {
         if (scenario == u"address") {
             kept = saveAddress(logic);
@@ -285,11 +284,7 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "UNCAUGHT %d %s\n", e.number(), qPrintable(e.description()));
         return 3;
     }
-    const bool typedMatters =
-        scenario == u"address" || scenario == u"notes" || scenario == u"paydetails";
-    std::printf("TYPED %s\n", !typedMatters || messages.failures == 0 ? "na"
-                              : kept                                  ? "kept"
-                                                                      : "lost");
+    std::printf("TYPED %s\n", messages.failures == 0 ? "na" : kept ? "kept" : "lost");
     std::printf("AUTOCOMMIT %d\n", allAutocommit() ? 1 : 0);
     std::fflush(stdout);
     return 0;

@@ -1,5 +1,8 @@
+// Launching the address book: the entry routine from a command line, CvAddress driven
+// in-process by another suite program, and the wage book's reply.
 #include "core/cverror.h"
 #include "launch/addressglobals.h"
+#include "launch/cvaddress.h"
 #include "launch/entryroutine.h"
 #include "launch/wagebook.h"
 #include "launch/wagebooklistener.h"
@@ -11,10 +14,12 @@
 #include <atomic>
 #include <gtest/gtest.h>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QMutex>
+#include <QTemporaryDir>
 #include <QThread>
 
 namespace {
@@ -82,6 +87,8 @@ protected:
         AddressGlobals::reset();
         qunsetenv("XDG_RUNTIME_DIR");
     }
+
+    StandInWindow &window() { return static_cast<StandInWindow &>(AddressGlobals::mainWindow()); }
 
     TempSuite suite{false};
     MessageRecorder messages;
@@ -214,4 +221,92 @@ TEST_F(Launch, SenderDoesNotHangWithoutAnAnswer)
     QLocalSocket *peer = silent.nextPendingConnection();
     peer->waitForReadyRead(1000);
     EXPECT_EQ(peer->readAll(), "MSG_TESTMESSAGE 41 0\n");
+}
+
+TEST_F(Launch, RunAndRunModalOpenAllEntriesOnTheCurrentEntry)
+{
+    AddressGlobals::LaunchMode = 1;
+    AddressGlobals::CurrentAddressID = 23;
+    CvAddress address;
+    EXPECT_TRUE(AddressGlobals::hasSettings());
+    address.run();
+    CvAddress().run(); // another instance: the same window, brought to the front
+    EXPECT_EQ(log.calls, QStringList({"load", "showModeless", "showModeless"}));
+    EXPECT_EQ(log.modeAtShow, 0);
+    EXPECT_EQ(log.idAtShow, 23);
+    EXPECT_EQ(log.titleAtShow, "Addresses");
+    EXPECT_TRUE(window().isOpen());
+
+    window().close();
+    window().pick = 51;
+    AddressGlobals::LaunchMode = 1;
+    QGuiApplication::setApplicationDisplayName("Wages");
+    address.RunModal();
+    EXPECT_EQ(log.calls.mid(4), QStringList({"load", "showModal", "closed"}));
+    EXPECT_EQ(log.modeAtShow, 0);
+    EXPECT_EQ(log.titleAtShow, "Addresses");
+}
+
+TEST_F(Launch, AddressbookPicksAnEmployeeAndTellsTheWagebookNothing)
+{
+    // A wage book that would hear a reply: nothing may connect to it.
+    QTemporaryDir runtime;
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
+    ASSERT_TRUE(makeWagebookFolder());
+    QLocalServer wagebook;
+    ASSERT_TRUE(wagebook.listen(wagebookSocketPath()));
+    AddressGlobals::wagebookReplyTimeoutMs = 200;
+
+    CvAddress address;
+    window().pick = 41;
+    qint32 id = 0;
+    address.addressbook(id);
+    EXPECT_EQ(id, 41);
+    EXPECT_EQ(log.calls, QStringList({"load", "showModal", "closed"}));
+    EXPECT_EQ(log.modeAtShow, 1);
+    EXPECT_EQ(log.idAtShow, 0);
+    EXPECT_EQ(log.titleAtShow, "Employees");
+
+    // Closed without another pick: the entry it opened on comes back.
+    window().pick.reset();
+    id = 37;
+    address.addressbook(id);
+    EXPECT_EQ(log.idAtShow, 37);
+    EXPECT_EQ(id, 37);
+    EXPECT_FALSE(wagebook.waitForNewConnection(100));
+    qunsetenv("XDG_RUNTIME_DIR");
+
+    // Employee mode lasts until an address book launch, which opens on the last pick.
+    EXPECT_EQ(AddressGlobals::LaunchMode, 1);
+    address.run();
+    EXPECT_EQ(log.modeAtShow, 0);
+    EXPECT_EQ(log.idAtShow, 37);
+}
+
+TEST_F(Launch, HelpFileIsKeptUntilTheWindowLoads)
+{
+    CvAddress address;
+    address.moduleName("Payroll");
+    address.HelpID(2041);
+    address.HelpFile("/opt/corvane/Help/Payroll.chm");
+    address.run();
+    EXPECT_EQ(log.helpFileAtLoad, "/opt/corvane/Help/Payroll.chm");
+    EXPECT_EQ(AddressGlobals::helpFilePath, StandInWindow::ownHelpFile());
+    EXPECT_EQ(AddressGlobals::helpModuleName, "Payroll");
+    EXPECT_EQ(AddressGlobals::helpContextId, 2041);
+}
+
+TEST_F(Launch, OpenDBOnAMissingFileRaisesAndCreatesAndShowsNothing)
+{
+    TempSuite empty(false);
+    CvAddress address;
+    try {
+        address.OpenDB();
+        ADD_FAILURE() << "OpenDB opened a missing file";
+    } catch (const CvError &error) {
+        EXPECT_EQ(error.number(), CvError::CannotOpenDatabase);
+    }
+    EXPECT_FALSE(QFileInfo::exists(empty.dir() + "/data/Farm32.mdb"));
+    EXPECT_TRUE(messages.requests.empty());
+    EXPECT_FALSE(AddressGlobals::hasMainWindow());
 }

@@ -1,0 +1,218 @@
+// Messages: placeholders, SuiteMessageBox and the standard error report, and the
+// error log (one line per process, private, bounded).
+#include "config/errorlog.h"
+#include "core/cverror.h"
+#include "core/translate.h"
+#include "messages/addressmessages.h"
+#include "messages/errorreport.h"
+#include "support/messagerecorder.h"
+#include "support/qtprinters.h"
+#include "support/tempsuite.h"
+
+#include <gtest/gtest.h>
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <sys/stat.h>
+
+namespace {
+
+TEST(TranslateTest, FillsPlaceholders)
+{
+    const QVariantList values{"Smith", 42, QVariant()};
+    const std::pair<const char *, const char *> cases[] = {
+        {"", ""},
+        {"no placeholders", "no placeholders"},
+        {"Are you sure you want to delete |0|", "Are you sure you want to delete Smith"},
+        {"|1| and |0|, again |1|", "42 and Smith, again 42"},
+        {"Data error: |2|", "Data error: ..."},
+        // No closing bar: the value, then the bar and the digits as text.
+        {"Total |1", "Total 42|1"},
+        {"a|1|b|0", "a42bSmith|0"},
+        // The index is the number the rest starts with; blanks inside it are skipped.
+        {"|1 st|", "42"},
+        {"|x|", "Smith"},
+        {"|0.6|", "42"},
+        {"|1.5|", "..."}, // rounds half to even
+        {"||", "Smith"},
+    };
+    for (const auto &[text, expected] : cases)
+        EXPECT_EQ(Translate(text, values), expected) << text;
+    EXPECT_EQ(Translate("|0|", {true}), "True");
+}
+
+TEST(TranslateTest, IndexOutsideTheValuesIsTheCallersError)
+{
+    for (const char *text : {"|3|", "|-1|", "x|0|", "|99999|"}) {
+        try {
+            Translate(text, text[0] == 'x' ? QVariantList{} : QVariantList{1, 2, 3});
+            ADD_FAILURE() << "no error for " << text;
+        } catch (const CvError &e) {
+            if (QByteArray(text) == "|99999|") {
+                EXPECT_EQ(e.number(), CvError::Overflow);
+            } else {
+                EXPECT_EQ(e.number(), CvError::SubscriptOutOfRange) << text;
+                EXPECT_EQ(e.description(), "Subscript out of range");
+            }
+        }
+    }
+}
+
+} // namespace
+
+namespace {
+
+// What a message should look like; OK, icon 6 and flag true unless stated.
+struct Expected
+{
+    QString prompt;
+    QString caption;
+    QString title;
+    QString heading;
+    qint32 buttons = 0;
+    int iconKind = 6;
+    bool flag = true;
+};
+
+void expectRequest(const MessageRequest &got, const Expected &want)
+{
+    EXPECT_EQ(got.prompt, want.prompt);
+    EXPECT_EQ(got.caption, want.caption) << want.prompt.toStdString();
+    EXPECT_EQ(got.title, want.title) << want.prompt.toStdString();
+    EXPECT_EQ(got.heading, want.heading) << want.prompt.toStdString();
+    EXPECT_EQ(got.buttons, want.buttons) << want.prompt.toStdString();
+    EXPECT_EQ(got.iconKind, want.iconKind) << want.prompt.toStdString();
+    EXPECT_EQ(got.flag, want.flag) << want.prompt.toStdString();
+}
+
+class MessagesTest : public ::testing::Test
+{
+protected:
+    MessagesTest() : m_suite(false) { m_suite.writeIni("[START]\r\nFirm=R&D Farms\r\n"); }
+
+    TempSuite m_suite;
+    MessageRecorder m_recorder;
+};
+
+TEST_F(MessagesTest, SuiteMessageBoxPassesTheSevenValuesAndDoublesHeadingAmpersands)
+{
+    m_recorder.answers = {ResultYes};
+    EXPECT_EQ(SuiteMessageBox("P & Q", 4, "C & D", "T & U", "Smith & Sons && Co", 9, false),
+              ResultYes);
+    ASSERT_EQ(m_recorder.requests.size(), 1u);
+    const MessageRequest &r = m_recorder.requests[0];
+    expectRequest(r, {"P & Q", "C & D", "T & U", "Smith && Sons &&&& Co", 4, 9, false});
+
+    SuiteMessageBox("p", 0, "c", "t", QVariant(), 6, true);
+    EXPECT_EQ(m_recorder.requests.at(1).heading, "");
+}
+
+TEST_F(MessagesTest, WithoutAServiceMessagesAreAnsweredCautiously)
+{
+    MessageService *recorder = messageService();
+    setMessageService(nullptr);
+    EXPECT_EQ(SuiteMessageBox("Delete?", 4, "c", "t", QVariant(), 9, true), ResultNo);
+    EXPECT_EQ(SuiteMessageBox("Note", 0, "c", "t", QVariant(), 6, true), ResultOk);
+    setMessageService(recorder);
+}
+
+TEST_F(MessagesTest, StandardErrorReport)
+{
+    showErrorReport(CvError(3024, "Database", "Could not find file 'x.mdb'."),
+                    ErrorOrigin::FormLoad);
+    showErrorReport(94, "Invalid use of Null", ErrorOrigin::EditPaysClick, "Error 94 BankID");
+    ASSERT_EQ(m_recorder.requests.size(), 2u);
+    expectRequest(m_recorder.requests[0],
+                  {"Description - Could not find file 'x.mdb'.(3024) was generated in "
+                   "frmAddresses.Form_Load",
+                   "R&D Farms Error", "An Error has Occurred", "Error 3024"});
+    expectRequest(m_recorder.requests[1],
+                  {"Description - Invalid use of Null(94) was generated in "
+                   "frmAddresses.cmdEditPays_Click.",
+                   "R&D Farms Error", "An Error has Occurred", "Error 94 BankID"});
+}
+
+TEST_F(MessagesTest, ConfirmDeletionIsTrueOnlyForYes)
+{
+    m_recorder.answers = {ResultYes, ResultNo, ResultOk};
+    EXPECT_TRUE(msgConfirmDeletion("Smith"));
+    EXPECT_FALSE(msgConfirmDeletion("Smith"));
+    EXPECT_FALSE(msgConfirmDeletion("Smith"));
+    expectRequest(m_recorder.requests.at(0), {"Are you sure you want to delete Smith", "R&D Farms",
+                                              "Confirm Deletion?", "", 4, 9});
+}
+
+} // namespace
+
+namespace {
+
+class LogErrorTest : public ::testing::Test
+{
+protected:
+    LogErrorTest() : m_suite(false) { resetErrorLogState(); }
+    ~LogErrorTest() override { resetErrorLogState(); }
+
+    TempSuite m_suite;
+};
+
+TEST_F(LogErrorTest, FirstCallAppendsOneLineAndLaterCallsAreSkipped)
+{
+    {
+        QFile log(m_suite.errorLogPath());
+        ASSERT_TRUE(log.open(QIODevice::WriteOnly));
+        log.write("earlier run\r\n");
+    }
+    QString first = "first";
+    QString second = "second";
+    LogError(first);
+    LogError(second);
+
+    // en_NZ: short date with a four-digit year, then the time with seconds.
+    static const QRegularExpression line(
+        R"(^\d{1,2}/\d{2}/\d{4} \d{1,2}:\d{2}:\d{2} [ap]\.?m\.?\tfirst\r\n$)",
+        QRegularExpression::CaseInsensitiveOption);
+    EXPECT_TRUE(line.match(first).hasMatch()) << first.toStdString();
+    // The caller's text becomes the line, written or not.
+    EXPECT_TRUE(second.endsWith("\tsecond\r\n"));
+    EXPECT_EQ(QString::fromUtf8(m_suite.readErrorLog()), "earlier run\r\n" + first);
+}
+
+TEST_F(LogErrorTest, FailureIsSilentAndStillUsesTheProcessTurn)
+{
+    QDir(m_suite.commonDir()).removeRecursively();
+    QString text = "lost";
+    LogError(text);
+    EXPECT_TRUE(text.endsWith("\tlost\r\n"));
+
+    QDir().mkpath(m_suite.commonDir());
+    QString later = "later";
+    LogError(later);
+    EXPECT_TRUE(m_suite.readErrorLog().isEmpty());
+}
+
+TEST_F(LogErrorTest, ANewLogIsPrivateAndAFullOneMovesAsideWhole)
+{
+    QString text = "names a person";
+    LogError(text);
+    struct stat st;
+    ASSERT_EQ(stat(QFile::encodeName(m_suite.errorLogPath()).constData(), &st), 0);
+    EXPECT_EQ(st.st_mode & 0777, 0600u);
+
+    const QString old = m_suite.errorLogPath() + ".old";
+    for (const qint64 size : {kErrorLogLimit - 1, kErrorLogLimit}) {
+        const QByteArray earlier(size, 'x');
+        QFile log(m_suite.errorLogPath());
+        ASSERT_TRUE(log.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        log.write(earlier);
+        log.close();
+        QFile::remove(old);
+        resetErrorLogState();
+        text = "next";
+        LogError(text);
+        const bool moved = size >= kErrorLogLimit;
+        EXPECT_EQ(m_suite.readErrorLog(), moved ? text.toUtf8() : earlier + text.toUtf8()) << size;
+        EXPECT_EQ(QFileInfo(old).size(), moved ? size : 0) << size;
+    }
+}
+
+} // namespace
