@@ -1,8 +1,15 @@
-// The letter strip widget: real mouse and key events reach its logic, and what it paints.
-// The rules themselves are tested on AlphaListLogic.
+// The letter strip: its rules without a widget (geometry, hit test, keys, the
+// selected-letter setter, drawing order, stored properties), then the widget, whose real
+// mouse and key events reach those rules, and what it paints.
+#include "controls/alphalistcanvas.h"
+#include "controls/alphalistgeometry.h"
+#include "controls/alphalistlogic.h"
 #include "controls/ui/alphalist.h"
+#include "core/cverror.h"
+#include "support/errorof.h"
 #include "support/qtprinters.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 #include <QApplication>
 #include <QFontMetrics>
@@ -10,6 +17,266 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
+#include <tuple>
+
+using namespace AlphaListGeometry;
+
+namespace {
+
+// Keeps what the strip draws as readable lines, e.g. "fill 18,2,36,20 ff0000".
+class RecordingCanvas : public AlphaListCanvas
+{
+public:
+    QStringList ops;
+    QSizeF outer;
+
+    void clear(qint32 back) override { ops << QStringLiteral("clear %1").arg(back, 0, 16); }
+    void setFontSize(qint32) override {}
+    void setOuterSize(const QSizeF &size) override { outer = size; }
+    QSize surfaceSize() const override { return outer.toSize(); }
+    void fillRect(const AlphaListRect &r, qint32 c) override { add("fill", r, c); }
+    void frameRect(const AlphaListRect &r, qint32 c) override { add("frame", r, c); }
+    void drawLetter(const AlphaListRect &r, const QString &t, qint32 c) override
+    {
+        add("letter " + t, r, c);
+    }
+    void drawFocusRect(const AlphaListRect &r, qint32 c) override { add("focus", r, c); }
+
+private:
+    void add(const QString &what, const AlphaListRect &r, qint32 c)
+    {
+        ops << QStringLiteral("%1 %2,%3,%4,%5 %6")
+                   .arg(what)
+                   .arg(r.left)
+                   .arg(r.top)
+                   .arg(r.right)
+                   .arg(r.bottom)
+                   .arg(c, 0, 16);
+    }
+};
+
+TEST(AlphaListGeometryTest, CellsHitTestAndKeys)
+{
+    // S is 1.5 times the font size, rounded half to even.
+    for (const auto &[points, size] : {std::pair{9, 14}, {11, 16}, {12, 18}, {3, 4}})
+        EXPECT_EQ(cellSize(points), size) << points;
+    EXPECT_EQ(outerSize(Horizontal, 18), QSizeF(490, 21.6));
+    EXPECT_EQ(outerSize(Vertical, 18), QSizeF(21.6, 490));
+    EXPECT_EQ(outerSize(2, 18), QSizeF(0, 0));
+    EXPECT_EQ(outerSize(Horizontal, 1213).width(), 32755);
+    EXPECT_EQ(errorOf([] { outerSize(Horizontal, 1214); }), CvError::Overflow);
+    EXPECT_EQ(errorOf([] { cellSize(30000); }), CvError::Overflow);
+    EXPECT_EQ(starCell(18), (AlphaListRect{2, 2, 20, 20}));
+    EXPECT_EQ(letterCell(Horizontal, 26, 18), (AlphaListRect{468, 2, 486, 20}));
+    EXPECT_EQ(letterCell(Vertical, 1, 18), (AlphaListRect{2, 18, 20, 36}));
+
+    // Where a point falls: the cell's start, or none before the star and past "Z" (exactly
+    // 27 x S is still "Z").
+    const std::pair<double, int> starts[] = {{1.9, -1},    {2, 2},     {17.9, 2},  {18, 18},
+                                             {485.9, 468}, {486, 468}, {486.1, -1}};
+    for (const auto &[at, start] : starts)
+        EXPECT_EQ(cellStart(at, 18).value_or(-1), start) << at;
+    EXPECT_EQ(letterCodeAt(2, 18), StarCode);
+    EXPECT_EQ(letterCodeAt(18, 18), 'A');
+    EXPECT_EQ(letterCodeAt(468, 18), 'Z');
+    EXPECT_EQ(letterCodeAt(2, 4), StarCode); // 64.5 rounds to even
+    EXPECT_EQ(letterCodeAt(2, 3), 'A');      // tiny cells: the first one reads as "A"
+
+    // Only the arrows along the strip move it.
+    EXPECT_EQ(stripKey(Horizontal, Qt::Key_Right), StripKey::Next);
+    EXPECT_EQ(stripKey(Horizontal, Qt::Key_Up), StripKey::None);
+    EXPECT_EQ(stripKey(Vertical, Qt::Key_Up), StripKey::Previous);
+    EXPECT_EQ(stripKey(Vertical, Qt::Key_Left), StripKey::None);
+    EXPECT_EQ(stripKey(2, Qt::Key_Right), StripKey::None);
+}
+
+class AlphaListLogicTest : public ::testing::Test
+{
+protected:
+    void show(const QVariantMap &stored)
+    {
+        logic.readProperties(stored);
+        logic.resized();
+        logic.shown();
+    }
+    void showNew()
+    {
+        logic.initProperties();
+        logic.resized();
+        logic.shown();
+    }
+    // What the last call drew.
+    QStringList drawnBy(const std::function<void()> &call)
+    {
+        canvas.ops.clear();
+        call();
+        return canvas.ops;
+    }
+
+    RecordingCanvas canvas;
+    AlphaListLogic logic{canvas};
+};
+
+TEST_F(AlphaListLogicTest, ShowDrawsTheStripThenMovesTheHighlightOffZ)
+{
+    showNew();
+    EXPECT_EQ(canvas.outer, QSizeF(490, 21.6));
+    const QStringList &ops = canvas.ops;
+    ASSERT_EQ(ops.size(), 1 + 27 + 5);
+    EXPECT_EQ(ops[0], "clear 0");
+    EXPECT_EQ(ops[1], "letter * 2,2,20,20 c0c0c0");
+    EXPECT_EQ(ops[2], "letter A 18,2,36,20 c0c0c0");
+    EXPECT_EQ(ops[27], "letter Z 468,2,486,20 c0c0c0");
+    // Erase the cell last drawn ("Z"), then highlight the stored letter.
+    EXPECT_EQ(ops.mid(28), (QStringList{"fill 468,2,486,20 0", "letter Z 468,2,486,20 c0c0c0",
+                                        "fill 18,2,36,20 ff0000", "frame 18,2,36,20 ffff",
+                                        "letter A 18,2,36,20 ffff"}));
+    EXPECT_EQ(logic.selectedLetter(), "A");
+
+    // Moving on erases the highlighted cell with the letter it showed.
+    EXPECT_EQ(drawnBy([&] {
+                  logic.mouseDown(Qt::LeftButton, {40, 10});
+              }).mid(0, 2),
+              (QStringList{"fill 18,2,36,20 0", "letter A 18,2,36,20 c0c0c0"}));
+
+    logic.setOrientation(Vertical);
+    EXPECT_EQ(canvas.outer, QSizeF(21.6, 490));
+    EXPECT_TRUE(canvas.ops.contains("letter Z 2,468,20,486 c0c0c0"));
+    EXPECT_TRUE(canvas.ops.contains("fill 2,36,20,54 ff0000")); // "B" stays selected
+}
+
+TEST_F(AlphaListLogicTest, SelectedLetterSetter)
+{
+    showNew();
+    logic.setSelectedLetter("m");
+    EXPECT_EQ(logic.selectedLetter(), "M");
+    EXPECT_EQ(logic.cellRect(), (AlphaListRect{234, 2, 252, 20}));
+
+    // "a" is not folded: it points past the strip and nothing changes.
+    EXPECT_TRUE(drawnBy([&] { logic.setSelectedLetter("a"); }).isEmpty());
+    EXPECT_EQ(logic.selectedLetter(), "M");
+
+    logic.setSelectedLetter("*");
+    EXPECT_EQ(logic.selectedLetter(), "*");
+    EXPECT_EQ(logic.letterCode(), StarCode);
+    EXPECT_EQ(logic.previousLetter(), "*");
+    EXPECT_EQ(errorOf([&] { logic.setSelectedLetter(""); }), CvError::InvalidProcedureCall);
+
+    // Only the other setters mark their property for saving.
+    EXPECT_TRUE(logic.changedProperties().isEmpty());
+    logic.setHighlightColor(0xFF);
+    EXPECT_EQ(logic.changedProperties(), QStringList{"HighlightColor"});
+    EXPECT_EQ(logic.selectedLetter(), "*");
+}
+
+// Arrow keys along the strip stop at its ends, drawing nothing there; only the left
+// button selects, and only on a cell.
+TEST_F(AlphaListLogicTest, KeysAndTheLeftButtonMoveTheSelection)
+{
+    showNew();
+    const auto key = [this](int k) { return [this, k] { logic.keyDown(k); }; };
+    const auto press = [this](Qt::MouseButton b, double x, double y = 10) {
+        return [this, b, x, y] { logic.mouseDown(b, {x, y}); };
+    };
+    const auto drag = [this](Qt::MouseButtons b, double x) {
+        return [this, b, x] { logic.mouseMove(b, {x, 10}); };
+    };
+    const auto set = [this](const char *letter) {
+        return [this, letter] { logic.setSelectedLetter(letter); };
+    };
+    const std::tuple<std::function<void()>, const char *, bool> steps[] = {
+        {set("Y"), "Y", true},
+        {key(Qt::Key_Right), "Z", true},
+        {key(Qt::Key_Right), "Z", false},
+        {set("A"), "A", true},
+        {key(Qt::Key_Left), "*", true},
+        {key(Qt::Key_Left), "*", false},
+        {key(Qt::Key_Down), "*", false},
+        {press(Qt::LeftButton, 3 * 18 + 9), "C", true},
+        {press(Qt::RightButton, 5 * 18 + 9), "C", false},
+        {drag(Qt::LeftButton | Qt::RightButton, 5 * 18 + 9), "C", false},
+        {drag(Qt::LeftButton, 1.5), "C", false},
+        {drag(Qt::LeftButton, 486.5), "C", false},
+        {drag(Qt::LeftButton, 486), "Z", true},
+        {[this] { logic.setOrientation(Vertical); }, "Z", true},
+        {key(Qt::Key_Up), "Y", true},
+        {key(Qt::Key_Right), "Y", false},
+        {press(Qt::LeftButton, 300, 2 * 18 + 1), "B", true}, // across the strip: no matter
+    };
+    for (const auto &[step, letter, draws] : steps) {
+        SCOPED_TRACE(letter);
+        EXPECT_EQ(drawnBy(step).isEmpty(), !draws);
+        EXPECT_EQ(logic.selectedLetter(), letter);
+    }
+    EXPECT_TRUE(logic.keyDown(Qt::Key_Down));
+    EXPECT_FALSE(logic.keyDown(Qt::Key_Left));
+}
+
+TEST_F(AlphaListLogicTest, OtherOrientationsDrawAndSelectNothing)
+{
+    showNew();
+    const QSizeF before = canvas.outer;
+    EXPECT_EQ(drawnBy([&] { logic.setOrientation(2); }), QStringList{"clear 0"});
+    EXPECT_EQ(canvas.outer, before); // until the next resize
+    EXPECT_TRUE(drawnBy([&] {
+                    logic.mouseDown(Qt::LeftButton, {100, 10});
+                    EXPECT_FALSE(logic.keyDown(Qt::Key_Right));
+                    logic.setSelectedLetter("Q");
+                }).isEmpty());
+    EXPECT_EQ(logic.selectedLetter(), "A");
+    logic.resized();
+    EXPECT_EQ(canvas.outer, QSizeF(0, 0));
+
+    logic.setOrientation(Horizontal);
+    EXPECT_EQ(errorOf([&] { logic.setOrientation(40000); }), CvError::Overflow);
+    EXPECT_EQ(logic.orientation(), Horizontal);
+    // 1,000 points: cells of 1,500 pixels, a strip too long for 16 bits.
+    EXPECT_EQ(errorOf([&] { logic.setFontSize(1000); }), CvError::Overflow);
+}
+
+TEST_F(AlphaListLogicTest, CellsUnderSixPixelsCannotHighlightTheStar)
+{
+    show({{"FontSize", 3}}); // S = 4: a third of a cell is before the strip
+    EXPECT_EQ(logic.cellSize(), 4);
+    EXPECT_EQ(logic.selectedLetter(), "");
+    EXPECT_FALSE(canvas.ops.last().startsWith("letter *"));
+
+    logic.setFontSize(4); // S = 6
+    EXPECT_EQ(logic.selectedLetter(), "*");
+
+    // Setting "*" aims 10 pixels in, which is the "A" cell once cells are 10 or less.
+    logic.setFontSize(6);
+    logic.setSelectedLetter("*");
+    EXPECT_EQ(logic.selectedLetter(), "A");
+}
+
+TEST_F(AlphaListLogicTest, StoredProperties)
+{
+    const QVariantMap written = AlphaListProperties::newInstance().write();
+    EXPECT_EQ(written.keys(), (QStringList{"HighlightColor", "SelectedLetter", "ShowFocus",
+                                           "TextColor", "TextHighlightColor"}));
+    EXPECT_EQ(written["ShowFocus"], false);
+
+    // Missing entries keep what a constructed control holds: black highlight text.
+    const QVariantMap bag = AlphaListProperties::addressBookFilter();
+    show(bag);
+    EXPECT_EQ(logic.selectedLetter(), "*");
+    EXPECT_EQ(logic.textColor(), 0xFFFFFF);
+    EXPECT_EQ(logic.textHighlightColor(), 0);
+    EXPECT_EQ(logic.fontSize(), 12);
+    EXPECT_TRUE(canvas.ops.contains("fill 2,2,20,20 ff"));
+
+    AlphaListProperties stored;
+    stored.read(bag);
+    EXPECT_EQ(stored.write(), bag);
+    stored.read({{"FontSize", 9}});
+    stored.read({});
+    EXPECT_EQ(stored.fontSize, 9);
+    EXPECT_EQ(errorOf([&] { stored.read({{"Orientation", 70000}}); }), CvError::Overflow);
+    EXPECT_EQ(stored.orientation, 0);
+}
+
+} // namespace
 
 namespace {
 

@@ -1,12 +1,19 @@
+// The suite files the tools make: the shared folder's layout, the demo books the
+// features are tried on, bulk books of any size, and cvsuite's command line.
 #include "bookquery.h"
 #include "core/cverror.h"
 #include "suitefiles.h"
+#include "suiteswitch.h"
 #include "support/tempsuite.h"
 
 #include <gtest/gtest.h>
+#include <QDate>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QProcess>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 
 TEST(SuiteFiles, InitLaysOutTheSharedFolderAndNeverOverwrites)
 {
@@ -48,4 +55,220 @@ TEST(SuiteFiles, DemoRefusesExistingFilesUnlessForced)
     EXPECT_EQ(BookQuery(suite.farmPath()).count("SELECT COUNT(*) FROM Addresses"), 40);
     // Nothing is left beside the data files.
     EXPECT_EQ(QDir(suite.dir() + "/data").entryList(QDir::Files).size(), 2);
+}
+
+TEST(DemoBooks, AgreeAndHoldEveryCaseTheFeaturesNeed)
+{
+    QTemporaryDir dir;
+    SuiteFiles::demoSuite(dir.path());
+    const BookQuery farm(SuiteFiles::farmPath(dir.path())), wage(SuiteFiles::wagePath(dir.path()));
+    expectConsistentBooks(farm, wage);
+    // Membership follows the enrolment type (a missing type reads as 6), and each member's
+    // KiwiSaver rows carry the rates of the names they point at.
+    EXPECT_EQ(wage.count("SELECT COUNT(*) FROM Employees e JOIN KiwiSaverEnrollType k "
+                         "ON k.KSEnrollTypeID = IFNULL(e.KiwiSaverEnrolID, 6) "
+                         "WHERE e.KiwiSaverEnrolled <> k.KSMember"),
+              0);
+    EXPECT_EQ(wage.count("SELECT COUNT(*) FROM EmployeeDeductions d JOIN DeductNames n ON "
+                         "n.DeductNameID = d.DeductID WHERE d.TaxName = 'KiwiSaver' AND "
+                         "d.SpecialRate <> n.Percentage"),
+              0);
+    // Every delete case: wages and cashbook entries, wages only, cashbook only (an employee
+    // among them), and an employee with neither.
+    const QSet<qint64> wages = wage.keys("SELECT DISTINCT e.AddressID FROM Employees e JOIN "
+                                         "Wages w ON e.EmployeeID = w.EmployeeID");
+    const QSet<qint64> cashbook = farm.keys("SELECT DISTINCT AddressID FROM Transactions");
+    const QSet<qint64> employees = wage.keys("SELECT AddressID FROM Employees");
+    EXPECT_FALSE(QSet(wages).intersect(cashbook).isEmpty());
+    EXPECT_FALSE(QSet(wages).subtract(cashbook).isEmpty());
+    EXPECT_FALSE(QSet(employees).subtract(wages).intersect(cashbook).isEmpty());
+    EXPECT_FALSE(QSet(employees).subtract(wages).subtract(cashbook).isEmpty());
+    // Current, finished and cleared (the zero date) employees.
+    EXPECT_EQ(
+        wage.rows("SELECT IFNULL(Datefinished, 0) > 0, COUNT(*) > 0 FROM Employees GROUP BY 1"),
+        (QList<QVariantList>{{0, 1}, {1, 1}}));
+    EXPECT_EQ(wage.count("SELECT COUNT(*) FROM Employees WHERE Datefinished = 0"), 1);
+    // Values by the storage contract: money in ten-thousandths, dates as serial days,
+    // macrons exact, notes lines separated by CR LF.
+    const QString aroha =
+        farm.value("SELECT AddressID FROM Addresses WHERE BusName = 'Aroha Tāwhiri'").toString();
+    ASSERT_FALSE(aroha.isEmpty()) << "macrons did not round-trip";
+    EXPECT_EQ(wage.rows("SELECT PayRate, Datehired FROM Employees WHERE AddressID = " + aroha),
+              (QList<QVariantList>{{275000, QDate(1899, 12, 30).daysTo(QDate(2019, 7, 15))}}));
+    EXPECT_TRUE(farm.value("SELECT notes FROM Addresses WHERE AddressID = " + aroha)
+                    .toString()
+                    .endsWith("\r\n[1/04/2024] Pay rate amended to $27.50 Hour"));
+    EXPECT_EQ(farm.count("SELECT COUNT(*) FROM Addresses WHERE notes GLOB '*[^\r]\n*'"), 0);
+}
+
+namespace {
+
+SuiteFiles::BulkOptions options(int addresses, int employees)
+{
+    SuiteFiles::BulkOptions o;
+    o.addresses = addresses;
+    o.employees = employees;
+    return o;
+}
+
+} // namespace
+
+TEST(BulkBooks, MakesExactlyTheEntriesAndEmployeesAskedFor)
+{
+    QTemporaryDir dir;
+    SuiteFiles::BulkOptions o = options(3000, 2100);
+    o.notesBytes = 70000;
+    SuiteFiles::bulkSuite(dir.path(), o);
+    BookQuery farm(SuiteFiles::farmPath(dir.path()));
+    BookQuery wage(SuiteFiles::wagePath(dir.path()));
+
+    EXPECT_EQ(farm.count("SELECT COUNT(*) FROM Addresses"), 3000);
+    EXPECT_EQ(wage.count("SELECT COUNT(DISTINCT AddressID) FROM Employees"), 2100);
+    const qint64 finished = wage.count("SELECT COUNT(*) FROM Employees WHERE Datefinished > 0");
+    EXPECT_GT(finished, 2100 / 10);
+    EXPECT_LT(finished, 2100 / 2);
+
+    // Employees 0, 1000 and 2000 carry the grown notes, to the byte.
+    EXPECT_EQ(farm.count("SELECT COUNT(*) FROM Addresses "
+                         "WHERE length(CAST(notes AS BLOB)) = 70000 AND WageFlag = -1"),
+              3);
+    EXPECT_LT(farm.count("SELECT COUNT(*) FROM Addresses WHERE length(notes) > 20000"), 4);
+    EXPECT_GT(farm.count("SELECT COUNT(*) FROM Addresses WHERE notes IS NULL"), 0);
+
+    // Names are spread over the letter strip.
+    EXPECT_GE(farm.count("SELECT COUNT(DISTINCT upper(substr(BusName, 1, 1))) FROM Addresses"), 26);
+    EXPECT_EQ(farm.value("PRAGMA journal_mode").toString(), "delete");
+    expectConsistentBooks(farm, wage);
+}
+
+TEST(BulkBooks, SameOptionsGiveTheSameRows)
+{
+    QTemporaryDir first, second, third;
+    SuiteFiles::bulkSuite(first.path(), options(800, 150));
+    SuiteFiles::bulkSuite(second.path(), options(800, 150));
+    SuiteFiles::BulkOptions reseeded = options(800, 150);
+    reseeded.seed = 7;
+    SuiteFiles::bulkSuite(third.path(), reseeded);
+
+    for (auto path : {&SuiteFiles::farmPath, &SuiteFiles::wagePath}) {
+        const QByteArray a = BookQuery(path(first.path())).digest();
+        EXPECT_EQ(a, BookQuery(path(second.path())).digest());
+        EXPECT_NE(a, BookQuery(path(third.path())).digest());
+    }
+}
+
+TEST(BulkBooks, RefusesMoreEmployeesThanEntriesAndKeepsExistingFiles)
+{
+    QTemporaryDir dir;
+    EXPECT_THROW(SuiteFiles::bulkSuite(dir.path(), options(10, 11)), CvError);
+    EXPECT_TRUE(SuiteFiles::existingDataFiles(dir.path()).isEmpty());
+
+    SuiteFiles::bulkSuite(dir.path(), options(10, 0));
+    EXPECT_THROW(SuiteFiles::bulkSuite(dir.path(), options(20, 0)), CvError);
+    EXPECT_EQ(BookQuery(SuiteFiles::farmPath(dir.path())).count("SELECT COUNT(*) FROM Addresses"),
+              10);
+}
+
+TEST(BulkBooks, AFailedBuildLeavesNoFilesBehind)
+{
+    QTemporaryDir dir;
+    // A folder where the wage file belongs: the books are built, but cannot be put in
+    // place.
+    ASSERT_TRUE(QDir().mkpath(SuiteFiles::wagePath(dir.path())));
+    SuiteFiles::BulkOptions forced = options(50, 5);
+    forced.force = true;
+    EXPECT_THROW(SuiteFiles::bulkSuite(dir.path(), forced), CvError);
+    EXPECT_FALSE(QFileInfo::exists(SuiteFiles::farmPath(dir.path())));
+    EXPECT_FALSE(QFileInfo::exists(SuiteFiles::iniPath(dir.path())));
+    EXPECT_TRUE(QDir(SuiteFiles::generationsFolder(dir.path()))
+                    .entryList({"suite-*"}, QDir::AllEntries | QDir::Hidden)
+                    .isEmpty());
+}
+
+namespace {
+
+struct ToolRun
+{
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+ToolRun cvsuite(const QStringList &args)
+{
+    QProcess p;
+    p.start(CVSUITE_EXE, args);
+    ToolRun r;
+    if (!p.waitForFinished(60000) || p.exitStatus() != QProcess::NormalExit)
+        return r;
+    r.exitCode = p.exitCode();
+    r.out = QString::fromUtf8(p.readAllStandardOutput());
+    r.err = QString::fromUtf8(p.readAllStandardError());
+    return r;
+}
+
+} // namespace
+
+TEST(CvSuiteTool, UsageErrorsPrintUsageAndExitTwo)
+{
+    QTemporaryDir dir;
+    const QList<QStringList> wrong = {
+        {},
+        {"make", dir.path()},
+        {"init"},
+        {"demo", dir.path(), "other"},
+        {"init", dir.path(), "--addresses", "5"},
+        {"bulk", dir.path(), "--addresses", "ten", "--employees", "1"},
+        {"bulk", dir.path(), "--addresses", "-5", "--employees", "0"},
+        {"bulk", dir.path(), "--addresses", "5", "--employees", "6"},
+        {"bulk", dir.path(), "--addresses", "5"},
+        {"bulk", dir.path(), "--addresses=5", "--employees"},
+        {"demo", dir.path(), "--overwrite"},
+    };
+    for (const QStringList &args : wrong) {
+        const ToolRun r = cvsuite(args);
+        EXPECT_EQ(r.exitCode, 2) << args.join(' ').toStdString();
+        EXPECT_TRUE(r.err.contains("Usage: cvsuite")) << args.join(' ').toStdString();
+    }
+    // Nothing was made on the way.
+    EXPECT_TRUE(SuiteFiles::existingDataFiles(dir.path()).isEmpty());
+}
+
+TEST(CvSuiteTool, NeverOverwritesDataWithoutForce)
+{
+    QTemporaryDir dir;
+    const QString farm = SuiteFiles::farmPath(dir.path());
+    ToolRun r = cvsuite({"init", dir.path()});
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    EXPECT_TRUE(r.out.contains(farm));
+    execOnFile(farm, "INSERT INTO Addresses (BusName) VALUES ('Kept')");
+
+    for (const QStringList &again :
+         {QStringList{"init", dir.path()}, QStringList{"demo", dir.path()},
+          QStringList{"bulk", dir.path(), "--addresses", "10", "--employees", "2"}}) {
+        r = cvsuite(again);
+        EXPECT_EQ(r.exitCode, 1) << again.join(' ').toStdString();
+        EXPECT_TRUE(r.err.contains(farm)) << r.err.toStdString();
+        EXPECT_TRUE(r.err.contains("--force"));
+        EXPECT_EQ(BookQuery(farm).count("SELECT COUNT(*) FROM Addresses WHERE BusName = 'Kept'"),
+                  1);
+    }
+
+    r = cvsuite({"demo", dir.path(), "--force"});
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    EXPECT_TRUE(r.out.contains("Addresses 40")) << r.out.toStdString();
+    EXPECT_EQ(BookQuery(farm).count("SELECT COUNT(*) FROM Addresses WHERE BusName = 'Kept'"), 0);
+}
+
+TEST(CvSuiteTool, BulkReportsWhatItMade)
+{
+    QTemporaryDir dir;
+    const ToolRun r = cvsuite(
+        {"bulk", dir.path(), "--addresses", "1200", "--employees=300", "--notes-bytes", "4096"});
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    EXPECT_TRUE(r.out.contains("Addresses 1,200")) << r.out.toStdString();
+    EXPECT_TRUE(r.out.contains("Employees 300")) << r.out.toStdString();
+    EXPECT_EQ(BookQuery(SuiteFiles::farmPath(dir.path()))
+                  .count("SELECT COUNT(*) FROM Addresses WHERE length(notes) = 4096"),
+              1);
 }

@@ -1,0 +1,280 @@
+// The small controls: the grid's name drop-down, the date picker, the input box and
+// the suite message dialog, driven with real keys and clicks.
+#include "controls/ui/combodelegate.h"
+#include "controls/ui/datepicker.h"
+#include "controls/ui/dialogmessageservice.h"
+#include "controls/ui/inputbox.h"
+#include "controls/ui/suitemessagedialog.h"
+#include "support/qtprinters.h"
+
+#include <gtest/gtest.h>
+#include <QApplication>
+#include <QCalendarWidget>
+#include <QComboBox>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+#include <tuple>
+
+namespace {
+
+TEST(ComboDelegateTest, ShowsTheNameAndWritesTheChosenId)
+{
+    QStandardItemModel model(1, 1);
+    model.setData(model.index(0, 0), 7);
+    GridColumn column;
+    column.valueItems = {{12, "Child Support"}, {7, "Union Fees"}, {3, "Ward Levy"}};
+    column.options.sorted = true;
+
+    QTableView view;
+    auto *delegate = new ComboDelegate(&view);
+    delegate->setColumn(column);
+    view.setItemDelegateForColumn(0, delegate);
+    view.setModel(&model);
+    view.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
+    EXPECT_EQ(delegate->displayText(7, QLocale()), "Union Fees");
+
+    view.setCurrentIndex(model.index(0, 0));
+    view.edit(model.index(0, 0));
+    auto *combo = view.findChild<QComboBox *>("gridCombo");
+    ASSERT_NE(combo, nullptr);
+    EXPECT_EQ(combo->currentText(), "Union Fees");
+    // Sorted by name: one up is Child Support.
+    QTest::keyClick(combo, Qt::Key_Up);
+    EXPECT_EQ(model.data(model.index(0, 0)).toInt(), 12);
+    EXPECT_EQ(delegate->displayText(model.data(model.index(0, 0)), QLocale()), "Child Support");
+}
+
+} // namespace
+
+namespace {
+
+TEST(DatePickerTest, ShowsAFourDigitYearAndReportsOnlyTheUsersPicks)
+{
+    CvDatePicker picker;
+    QSignalSpy picked(&picker, &CvDatePicker::datePicked);
+    picker.setDate(QDate(2010, 4, 1));
+    EXPECT_EQ(picker.text(), "1/04/2010");
+    EXPECT_EQ(picked.count(), 0);
+
+    picker.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&picker));
+    picker.setFocus();
+    // The arrow key steps the day section the cursor sits in.
+    picker.setCurrentSection(QDateTimeEdit::DaySection);
+    QTest::keyClick(&picker, Qt::Key_Up);
+    ASSERT_EQ(picked.count(), 1);
+    EXPECT_EQ(picked.at(0).at(0).toDate(), QDate(2010, 4, 2));
+
+    // From the calendar: open it with its arrow, move a week on, take the day
+    // with Enter.
+    QTest::mouseClick(&picker, Qt::LeftButton, {}, QPoint(picker.width() - 6, picker.height() / 2));
+    QCalendarWidget *calendar = picker.calendarWidget();
+    ASSERT_TRUE(QTest::qWaitFor([calendar] { return calendar->isVisible(); }));
+    QTest::keyClick(calendar->focusWidget() ? calendar->focusWidget() : calendar, Qt::Key_Down);
+    QTest::keyClick(calendar->focusWidget() ? calendar->focusWidget() : calendar, Qt::Key_Return);
+    ASSERT_GE(picked.count(), 2);
+    EXPECT_EQ(picked.last().at(0).toDate(), QDate(2010, 4, 9));
+    EXPECT_EQ(picker.date(), QDate(2010, 4, 9));
+}
+
+// A compact picker shows only its button: typing or the wheel must not change the
+// hidden date, and a press anywhere on it, or F4, opens the calendar.
+TEST(DatePickerTest, CompactPickerIsAllButton)
+{
+    CvDatePicker picker;
+    picker.setCompact(true);
+    picker.setDate(QDate(2010, 4, 1));
+    QSignalSpy picked(&picker, &CvDatePicker::datePicked);
+    picker.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&picker));
+    picker.setFocus();
+    QTest::keyClicks(&picker, "31/3/27");
+    QTest::keyClick(&picker, Qt::Key_Up);
+    EXPECT_EQ(picker.date(), QDate(2010, 4, 1));
+    EXPECT_EQ(picked.count(), 0);
+
+    QCalendarWidget *calendar = picker.calendarWidget();
+    QTest::mouseClick(&picker, Qt::LeftButton, {}, QPoint(2, picker.height() / 2));
+    ASSERT_TRUE(QTest::qWaitFor([calendar] { return calendar->isVisible(); }));
+    QTest::keyClick(calendar->focusWidget() ? calendar->focusWidget() : calendar, Qt::Key_Escape);
+    ASSERT_TRUE(QTest::qWaitFor([calendar] { return !calendar->isVisible(); }));
+    picker.setFocus();
+    QTest::keyClick(&picker, Qt::Key_F4);
+    EXPECT_TRUE(QTest::qWaitFor([calendar] { return calendar->isVisible(); }));
+}
+
+} // namespace
+
+namespace {
+
+// Acts on the input box once it is up: types text, then presses Enter or
+// clicks Cancel.
+void answerWhenShown(const QString &typed, bool cancel, QString *shownPrompt, QString *shownTitle)
+{
+    QTimer::singleShot(0, [=] {
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        *shownTitle = dialog->windowTitle();
+        *shownPrompt = dialog->findChild<QLabel *>("promptLabel")->text();
+        auto *edit = dialog->findChild<QLineEdit *>("answerEdit");
+        EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
+        EXPECT_TRUE(edit->hasFocus());
+        QTest::keyClicks(edit, typed);
+        if (cancel) {
+            QTest::mouseClick(
+                dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Cancel),
+                Qt::LeftButton);
+        } else {
+            QTest::keyClick(edit, Qt::Key_Return);
+        }
+    });
+}
+
+TEST(InputBoxTest, ReturnsTheTypedTextOrNothingOnCancel)
+{
+    InputBox box;
+    QString prompt, title;
+    answerWhenShown("Kauri Contracting", false, &prompt, &title);
+    EXPECT_EQ(box.ask("Enter the name", "Add New Address", QString()), "Kauri Contracting");
+    EXPECT_EQ(prompt, "Enter the name");
+    EXPECT_EQ(title, "Add New Address");
+
+    // The default is selected, so typing replaces it.
+    answerWhenShown("New", false, &prompt, &title);
+    EXPECT_EQ(box.ask("Enter the name", "Rename", "Old name"), "New");
+
+    answerWhenShown("Discarded", true, &prompt, &title);
+    EXPECT_EQ(box.ask("Enter the name", "Add New Address", "Default"), "");
+}
+
+} // namespace
+
+namespace {
+
+MessageRequest question()
+{
+    MessageRequest r;
+    r.prompt = "Are you sure you want to delete Smith & Jones Contracting Limited, "
+               "and every note kept against this entry?\r\n\r\nThe entry cannot be "
+               "brought back once it is deleted.";
+    r.buttons = 4;
+    r.caption = "Corvane";
+    r.title = "Confirm Deletion?";
+    r.heading = "Smith && Jones";
+    r.iconKind = 9;
+    return r;
+}
+
+MessageRequest information()
+{
+    MessageRequest r;
+    r.prompt = "Description - Could not find file '/home/farm/data/Farm32.mdb'.(3024) was "
+               "generated in frmAddresses.Form_Load";
+    r.caption = "Corvane Error";
+    r.title = "An Error has Occurred";
+    r.heading = "Error 3024 R&&D";
+    return r;
+}
+
+QLabel *label(const QDialog &dialog, const char *name)
+{
+    return dialog.findChild<QLabel *>(name);
+}
+
+QPushButton *button(const QDialog &dialog, QDialogButtonBox::StandardButton which)
+{
+    auto *box = dialog.findChild<QDialogButtonBox *>();
+    return box ? box->button(which) : nullptr;
+}
+
+TEST(SuiteMessageDialogTest, ShowsTheTextsWithLiteralAmpersands)
+{
+    SuiteMessageDialog dialog(information());
+    dialog.show();
+    EXPECT_EQ(dialog.windowTitle(), "Corvane Error");
+    EXPECT_EQ(label(dialog, "titleLabel")->text(), "An Error has Occurred");
+    EXPECT_TRUE(label(dialog, "titleLabel")->font().bold());
+    EXPECT_EQ(label(dialog, "headingLabel")->text(), "Error 3024 R&D");
+    EXPECT_EQ(label(dialog, "headingLabel")->textFormat(), Qt::PlainText);
+    EXPECT_EQ(label(dialog, "promptLabel")->text(), information().prompt);
+    EXPECT_NE(button(dialog, QDialogButtonBox::Ok), nullptr);
+    EXPECT_EQ(button(dialog, QDialogButtonBox::Yes), nullptr);
+    EXPECT_GE(dialog.width(), 380);
+
+    EXPECT_EQ(SuiteMessageDialog::headingDisplayText("A&&B &C &"), "A&B C ");
+
+    MessageRequest bare = information();
+    bare.heading.clear();
+    SuiteMessageDialog noHeading(bare);
+    EXPECT_TRUE(label(noHeading, "headingLabel")->isHidden());
+}
+
+TEST(SuiteMessageDialogTest, ButtonsReturnThePlatformCodes)
+{
+    EXPECT_TRUE(button(SuiteMessageDialog(question()), QDialogButtonBox::Yes)->isDefault());
+    using B = QDialogButtonBox;
+    // A button, or Escape (none) or the close box (Close), which are OK or No.
+    const std::tuple<MessageRequest, B::StandardButton, qint16> cases[] = {
+        {question(), B::Yes, ResultYes},        {question(), B::No, ResultNo},
+        {information(), B::Ok, ResultOk},       {question(), B::NoButton, ResultNo},
+        {information(), B::NoButton, ResultOk}, {question(), B::Close, ResultNo},
+    };
+    for (const auto &[request, action, expected] : cases) {
+        SuiteMessageDialog dialog(request);
+        QTimer::singleShot(0, [&dialog, action = action] {
+            if (action == B::Close)
+                dialog.close();
+            else if (action == B::NoButton)
+                QTest::keyClick(&dialog, Qt::Key_Escape);
+            else
+                QTest::mouseClick(button(dialog, action), Qt::LeftButton);
+        });
+        EXPECT_EQ(dialog.exec(), expected) << request.title.toStdString() << ' ' << action;
+    }
+}
+
+TEST(SuiteMessageDialogTest, ServiceShowsTheDialogForSuiteMessageBox)
+{
+    DialogMessageService service;
+    MessageService *before = messageService();
+    setMessageService(&service);
+    QString shownHeading;
+    QTimer::singleShot(0, [&shownHeading] {
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        shownHeading = label(*dialog, "headingLabel")->text();
+        QTest::keyClick(dialog, Qt::Key_Return); // the default button: Yes
+    });
+    const qint16 answer =
+        SuiteMessageBox("Delete?", 4, "Corvane", "Confirm Deletion?", "Smith & Sons", 9, true);
+    setMessageService(before);
+    EXPECT_EQ(answer, ResultYes);
+    EXPECT_EQ(shownHeading, "Smith & Sons");
+}
+
+// Nothing may be cut off: every label gets the height its text needs.
+TEST(SuiteMessageDialogTest, LabelsAreTallEnoughForTheirText)
+{
+    for (const MessageRequest &request : {information(), question()}) {
+        SuiteMessageDialog dialog(request);
+        dialog.show();
+        QApplication::processEvents();
+        for (QLabel *l : dialog.findChildren<QLabel *>()) {
+            if (l->isVisible() && l->wordWrap()) {
+                EXPECT_GE(l->height(), l->heightForWidth(l->width()))
+                    << l->objectName().toStdString();
+            }
+        }
+    }
+}
+
+} // namespace
