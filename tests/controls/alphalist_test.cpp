@@ -276,10 +276,6 @@ TEST_F(AlphaListLogicTest, StoredProperties)
     EXPECT_EQ(stored.orientation, 0);
 }
 
-} // namespace
-
-namespace {
-
 constexpr int S = 18; // cells at the default 12 points
 
 // The middle of cell k along a row: 0 is "*", 1 "A", ... 26 "Z".

@@ -53,10 +53,6 @@ TEST(ComboDelegateTest, ShowsTheNameAndWritesTheChosenId)
     EXPECT_EQ(delegate->displayText(model.data(model.index(0, 0)), QLocale()), "Child Support");
 }
 
-} // namespace
-
-namespace {
-
 TEST(DatePickerTest, ShowsAFourDigitYearAndReportsOnlyTheUsersPicks)
 {
     CvDatePicker picker;
@@ -112,10 +108,6 @@ TEST(DatePickerTest, CompactPickerIsAllButton)
     EXPECT_TRUE(QTest::qWaitFor([calendar] { return calendar->isVisible(); }));
 }
 
-} // namespace
-
-namespace {
-
 // Acts on the input box once it is up: types text, then presses Enter or
 // clicks Cancel.
 void answerWhenShown(const QString &typed, bool cancel, QString *shownPrompt, QString *shownTitle)
@@ -155,10 +147,6 @@ TEST(InputBoxTest, ReturnsTheTypedTextOrNothingOnCancel)
     answerWhenShown("Discarded", true, &prompt, &title);
     EXPECT_EQ(box.ask("Enter the name", "Add New Address", "Default"), "");
 }
-
-} // namespace
-
-namespace {
 
 MessageRequest question()
 {

@@ -58,10 +58,6 @@ TEST(TranslateTest, IndexOutsideTheValuesIsTheCallersError)
     }
 }
 
-} // namespace
-
-namespace {
-
 // What a message should look like; OK, icon 6 and flag true unless stated.
 struct Expected
 {
@@ -141,10 +137,6 @@ TEST_F(MessagesTest, ConfirmDeletionIsTrueOnlyForYes)
     expectRequest(m_recorder.requests.at(0), {"Are you sure you want to delete Smith", "R&D Farms",
                                               "Confirm Deletion?", "", 4, 9});
 }
-
-} // namespace
-
-namespace {
 
 class LogErrorTest : public ::testing::Test
 {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <QString>
-
-struct sqlite3;
+#include <sqlite3.h>
+#include <stdexcept>
 
 // Another suite program holding a data file on its own connection until release() or
 // the object goes: in the middle of a write (others may still read), or, exclusive,
@@ -11,12 +11,25 @@ class FileLock
 {
 public:
     enum Kind { Writing, Exclusive };
-    explicit FileLock(const QString &path, Kind kind = Writing);
-    ~FileLock();
+    explicit FileLock(const QString &path, Kind kind = Writing)
+    {
+        if (sqlite3_open_v2(path.toUtf8().constData(), &m_db, SQLITE_OPEN_READWRITE, nullptr) !=
+                SQLITE_OK ||
+            sqlite3_exec(m_db, kind == Writing ? "BEGIN IMMEDIATE" : "BEGIN EXCLUSIVE", nullptr,
+                         nullptr, nullptr) != SQLITE_OK)
+            throw std::runtime_error("could not lock " + path.toStdString());
+    }
+    ~FileLock() { release(); }
     FileLock(const FileLock &) = delete;
     FileLock &operator=(const FileLock &) = delete;
 
-    void release();
+    void release()
+    {
+        if (m_db)
+            sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
+        sqlite3_close(m_db);
+        m_db = nullptr;
+    }
 
 private:
     sqlite3 *m_db = nullptr;

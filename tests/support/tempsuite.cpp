@@ -31,27 +31,6 @@ TempSuite::~TempSuite()
         qunsetenv("CORVANE_SHARED_DOCUMENTS");
 }
 
-QString TempSuite::commonDir() const
-{
-    return dir() + "/Corvane/Common";
-}
-QString TempSuite::iniPath() const
-{
-    return commonDir() + "/Corvane.ini";
-}
-QString TempSuite::farmPath() const
-{
-    return SuiteFiles::farmPath(dir());
-}
-QString TempSuite::wagePath() const
-{
-    return SuiteFiles::wagePath(dir());
-}
-QString TempSuite::errorLogPath() const
-{
-    return commonDir() + "/CvErrors.log";
-}
-
 void TempSuite::writeIni(const QByteArray &bytes) const
 {
     QFile f(iniPath());
@@ -120,22 +99,4 @@ void execOnFile(const QString &path, const QString &script)
 QVariant valueOnFile(const QString &path, const QString &sql)
 {
     return runOnFile(path, {sql});
-}
-
-QVariant TempSuite::farmValue(const QString &sql) const
-{
-    return valueOnFile(farmPath(), sql);
-}
-QVariant TempSuite::wageValue(const QString &sql) const
-{
-    return valueOnFile(wagePath(), sql);
-}
-
-void TempSuite::execFarm(const QString &sql) const
-{
-    execOnFile(farmPath(), sql);
-}
-void TempSuite::execWage(const QString &sql) const
-{
-    execOnFile(wagePath(), sql);
 }

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <QApplication>
 #include <QObject>
 #include <QString>
-
-class QWidget;
+#include <QTest>
+#include <QWidget>
 
 // The child called name, failing the test (not crashing it) when there is none.
 template <typename T> T *namedChild(const QObject *root, const QString &name)
@@ -16,4 +17,13 @@ template <typename T> T *namedChild(const QObject *root, const QString &name)
 
 // Gives widget the focus as a click does, waits until it has it and lets the
 // click's own handling (a field selecting its text) run. False when it never came.
-bool clickFocus(QWidget *widget);
+inline bool clickFocus(QWidget *widget)
+{
+    if (!widget)
+        return false;
+    widget->setFocus(Qt::MouseFocusReason);
+    if (!QTest::qWaitFor([widget] { return widget->hasFocus(); }))
+        return false;
+    QApplication::processEvents();
+    return true;
+}
