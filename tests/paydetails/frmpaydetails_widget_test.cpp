@@ -282,8 +282,8 @@ TEST_F(PayDialogTest, TheDeductionDropDownWritesTheDeductionsId)
     EXPECT_EQ(grid->model()->rowCount(), before + 2);
 }
 
-// The address window's page shares the panel: Enter moves on, the enrolment type
-// shows and hides the rates with the ESCT tick, and a picked date fills its field.
+// The address window's page shares the panel: the enrolment type, picked with the keys,
+// shows and hides the rates with the ESCT tick.
 TEST_F(PayDialogTest, WagesTabWiring)
 {
     Database farm(suite.farmPath());
@@ -312,23 +312,6 @@ TEST_F(PayDialogTest, WagesTabWiring)
     EXPECT_FALSE(esct->isVisible());
     EXPECT_FALSE(employeeRate->isVisible());
     EXPECT_FALSE(tab.editor().kiwiSaverEnrolled());
-
-    tab.findChild<QTabWidget *>("tabWages")->setCurrentIndex(0);
-    auto *taxCode = namedChild<QLineEdit>(&tab, "Text2_6");
-    ASSERT_TRUE(clickFocus(taxCode));
-    QTest::keyClick(taxCode, Qt::Key_Return);
-    EXPECT_EQ(QApplication::focusWidget(), tab.findChild<QLineEdit *>("Text2_1"));
-
-    auto *picker = tab.findChild<QDateEdit *>("CvDatePicker_HireDate");
-    QTest::mouseClick(picker, Qt::LeftButton, {},
-                      QPoint(picker->width() / 2, picker->height() / 2));
-    QCalendarWidget *calendar = picker->calendarWidget();
-    ASSERT_TRUE(QTest::qWaitFor([calendar] { return calendar->isVisible(); }));
-    const QDate expected = calendar->selectedDate().addDays(1);
-    QWidget *days = calendar->focusWidget() ? calendar->focusWidget() : calendar;
-    QTest::keyClick(days, Qt::Key_Right);
-    QTest::keyClick(days, Qt::Key_Return);
-    EXPECT_EQ(tab.findChild<QLineEdit *>("Text2_4")->text(), SerialDate::toShortText(expected));
 }
 
 } // namespace

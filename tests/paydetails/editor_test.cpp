@@ -1,9 +1,12 @@
-// Loading and saving the pay details: the new employee's row, the close check,
-// guarded field writes, and the one transaction around the whole save.
+// The pay details editor on small books: what its fields do as the user works in them
+// (normalising on exit, the hire/finish rule, captions, the enrolment switch, bank modes),
+// loading and saving (the new employee's row, the close check, guarded field writes, the one
+// transaction around the whole save).
 #include "core/cverror.h"
 #include "data/money.h"
 #include "editor_fixture.h"
 #include "paydetails/deductiongrid.h"
+#include "paydetails/employeedefaults.h"
 #include "paydetails/paydetailseditor.h"
 #include "support/filelock.h"
 #include "support/qtprinters.h"
@@ -11,6 +14,140 @@
 #include <QSqlQuery>
 
 using Editor = PayDetailsEditor;
+
+namespace {
+
+class EditorFields : public EditorBooks
+{
+protected:
+    void SetUp() override
+    {
+        EditorBooks::SetUp();
+        editor.load(*farm, 37);
+    }
+
+    void type(int field, const QString &text) { EditorBooks::type(editor, field, text); }
+
+    // The change-log lines the next save will write.
+    QString notes() const { return editor.pendingLog().join("\r\n"); }
+
+    Editor editor{Editor::Host::WagesTab};
+};
+
+} // namespace
+
+TEST_F(EditorFields, MoneyFieldsFormatOrZeroAndLogTheNewRate)
+{
+    type(Editor::PayRate, "25");
+    EXPECT_TRUE(notes().isEmpty()) << "the same amount is no change";
+    type(Editor::PayRate, "27.5");
+    EXPECT_EQ(editor.text(Editor::PayRate), "$27.50");
+    EXPECT_EQ(notes(), "[20/05/2024] Pay rate amended to $27.50 Head");
+    EXPECT_EQ(editor.text(Editor::Yearlytotal), "") << "salary never follows the rate";
+
+    type(Editor::PayRate, "");
+    EXPECT_EQ(editor.text(Editor::PayRate), "$0.00");
+}
+
+TEST_F(EditorFields, DateFieldsFormat)
+{
+    type(Editor::Birthdate, "3-7-85");
+    EXPECT_EQ(editor.text(Editor::Birthdate), "3/07/1985");
+    type(Editor::Datehired, "");
+    EXPECT_EQ(editor.text(Editor::Datehired), "");
+}
+
+// The suite's rule as it has always run: a hire date before the finish date empties the
+// finish date, whichever of the two is typed; the same day, or a finish before, stays.
+TEST_F(EditorFields, HireBeforeFinishEmptiesTheFinishDate)
+{
+    const struct
+    {
+        int field;
+        const char *typed, *hired, *finished;
+    } steps[] = {{Editor::Datefinished, "30/06/2011", "1/04/2010", ""},
+                 {Editor::Datefinished, "1/04/2010", "1/04/2010", "1/04/2010"},
+                 {Editor::Datefinished, "1/03/2010", "1/04/2010", "1/03/2010"},
+                 {Editor::Datehired, "1/04/2009", "1/04/2009", ""}};
+    for (const auto &s : steps) {
+        SCOPED_TRACE(s.typed);
+        type(s.field, s.typed);
+        EXPECT_EQ(editor.text(Editor::Datehired), s.hired);
+        EXPECT_EQ(editor.text(Editor::Datefinished), s.finished);
+    }
+}
+
+TEST_F(EditorFields, OccupationCaptionsThePayRateByItsUnit)
+{
+    editor.listFocusIn(Editor::Occupation);
+    editor.listChosen(Editor::Occupation, 1); // "Relief milker": unit Null
+    ASSERT_EQ(editor.list(Editor::Occupation).text(), "Relief milker");
+    editor.listFocusOut(Editor::Occupation);
+    EXPECT_EQ(editor.payRateCaption(), "Pay Rate (per Hour)");
+    EXPECT_EQ(notes(), "[20/05/2024] Occupation changed to Relief milker");
+}
+
+TEST_F(EditorFields, EnrolmentShowsRatesOnlyForMembers)
+{
+    // As loaded: entry 37 is a member; the new hand (no row) is not.
+    EXPECT_TRUE(editor.kiwiSaverRatesVisible());
+    Editor newHand(Editor::Host::Dialog);
+    newHand.load(*farm, 38);
+    EXPECT_FALSE(newHand.kiwiSaverRatesVisible());
+    EXPECT_EQ(newHand.cashbookCaption(), "Cashbook (Gross)");
+
+    editor.listChosen(Editor::EnrolmentType, 2); // "Not enrolled"
+    EXPECT_FALSE(editor.kiwiSaverEnrolled());
+    EXPECT_FALSE(editor.kiwiSaverRatesVisible());
+    EXPECT_FALSE(editor.esctVisible());
+    editor.listChosen(Editor::EnrolmentType, 1); // "Opted in"
+    EXPECT_TRUE(editor.kiwiSaverEnrolled());
+    EXPECT_TRUE(editor.kiwiSaverRatesVisible());
+    EXPECT_TRUE(editor.esctVisible());
+}
+
+TEST_F(EditorFields, BankModesFollowTheIdentifierAndTheDefaults)
+{
+    wage->execute("UPDATE Employees SET BankID = 995 WHERE AddressID = 37");
+    editor.load(*farm, 37);
+    EXPECT_TRUE(editor.nonCash());
+    EXPECT_EQ(editor.list(Editor::Bank).count(), 2);
+    EXPECT_EQ(editor.list(Editor::Bank).currentData(), 995);
+    EXPECT_EQ(editor.cashbookCaption(), "Payments (Net)");
+
+    // Before the address window looks them up both defaults are 0.
+    editor.nonCashClicked(true);
+    EXPECT_FALSE(editor.nonCash()) << "0 is a cash identifier";
+    EXPECT_EQ(editor.list(Editor::Bank).count(), 2);
+
+    lookupDefaultBanks(*farm);
+    editor.nonCashClicked(true);
+    EXPECT_EQ(editor.list(Editor::Bank).currentData(), 995);
+    EXPECT_EQ(editor.cashbookCaption(), "Payments (Net)");
+    editor.nonCashClicked(false);
+    EXPECT_EQ(editor.list(Editor::Bank).currentData(), 1);
+    EXPECT_EQ(editor.cashbookCaption(), "Cashbook (Gross)");
+
+    // With no e-payment account, ticking lands on 995, which is not listed.
+    farm->execute("DELETE FROM Banks WHERE AccountType = 1");
+    lookupDefaultBanks(*farm);
+    editor.nonCashClicked(true);
+    EXPECT_TRUE(editor.nonCash());
+    EXPECT_EQ(editor.list(Editor::Bank).count(), 0);
+    farm->execute("DELETE FROM Banks");
+    lookupDefaultBanks(*farm);
+    EXPECT_EQ(defaultCashBankId(), 0);
+    EXPECT_EQ(defaultEPaymentBankId(), 995);
+}
+
+TEST_F(EditorFields, UnknownEnrolmentTypeIsReportedAsNoMember)
+{
+    EXPECT_FALSE(IsKiwiSaverMemberType(*wage, "No such type"));
+    ASSERT_EQ(messages.requests.size(), 1u);
+    EXPECT_TRUE(messages.requests[0].prompt.endsWith(") was generated in IsKiwiSaverMemberType"));
+    EXPECT_EQ(KiwiSaverDeductID(*wage, 5), 1);
+    EXPECT_EQ(KiwiSaverDeductID(*wage, 99), 0);
+}
 
 TEST_F(EditorBooks, NewEmployeeGetsItsRowWithTheDefaultsOnClose)
 {
