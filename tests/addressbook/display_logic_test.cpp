@@ -181,12 +181,10 @@ TEST_F(DisplayLogic, CaptionsAndBankLayoutFollowTheCountry)
         const char *ini, *group, *taxCaption, *branchCaption;
         int branchLength;
         bool suffix, hyphen;
-    } cases[] = {
-        {"", "Bank", "GST Number", "Branch", 4, true, false},
-        {"[WINDOWS]\r\nCountry=61\r\n[TAX]\r\nTaxNumberName=ABN\r\n", "BSB", "ABN Number", "", 3,
-         false, true},
-        {"[WINDOWS]\r\nCountry=27\r\n", "Bank", "GST Number", "Branch", 6, true, true},
-    };
+    } cases[] = {{"", "Bank", "GST Number", "Branch", 4, true, false},
+                 {"[WINDOWS]\r\nCountry=61\r\n[TAX]\r\nTaxNumberName=ABN\r\n", "BSB", "ABN Number",
+                  "", 3, false, true},
+                 {"[WINDOWS]\r\nCountry=27\r\n", "Bank", "GST Number", "Branch", 6, true, true}};
     Database farm(suite.farmPath());
     const Recordset columns(farm, "SELECT * FROM Addresses", Recordset::Snapshot);
     for (const auto &c : cases) {

@@ -23,13 +23,11 @@ TEST_F(BookLogicTest, NameListFiltersByLetterAndKeepsTheShownEntry)
         Names list;
         const char *shown;
         qint32 current;
-    } steps[] = {
-        {"", nullptr, {"Apple", "banana", "Bravo", "Cherry"}, "Apple", 2},
-        {"B", "Bravo", {"banana", "Bravo"}, "Bravo", 4}, // still listed: stays
-        {"C", nullptr, {"Cherry"}, "Cherry", 3},         // filtered out: the first
-        {"Z", nullptr, {}, "", 3},                       // nothing: an empty screen
-        {"*", nullptr, {"Apple", "banana", "Bravo", "Cherry"}, "Cherry", 3},
-    };
+    } steps[] = {{"", nullptr, {"Apple", "banana", "Bravo", "Cherry"}, "Apple", 2},
+                 {"B", "Bravo", {"banana", "Bravo"}, "Bravo", 4}, // still listed: stays
+                 {"C", nullptr, {"Cherry"}, "Cherry", 3},         // filtered out: the first
+                 {"Z", nullptr, {}, "", 3},                       // nothing: an empty screen
+                 {"*", nullptr, {"Apple", "banana", "Bravo", "Cherry"}, "Cherry", 3}};
     for (const auto &s : steps) {
         if (*s.letter)
             logic.changeLetterFilter(s.letter);
@@ -74,11 +72,9 @@ TEST_F(BookLogicTest, EmployeeListFollowsTheStoredSwitch)
         Names list;
         const char *shown;
         qint32 employeeId;
-    } cases[] = {
-        {"N", 5, {"Mary", "Zed"}, "Zed", 1},
-        {"N", 99, {"Mary", "Zed"}, "Mary", 2}, // not listed: the first
-        {"Y", 4, all, "Adam", 3},
-    };
+    } cases[] = {{"N", 5, {"Mary", "Zed"}, "Zed", 1},
+                 {"N", 99, {"Mary", "Zed"}, "Mary", 2}, // not listed: the first
+                 {"Y", 4, all, "Adam", 3}};
     for (const auto &c : cases) {
         writeProfileString("WAGE", "AllEmployees", c.allEmployees, suite.iniPath());
         start(1, c.launchId);
@@ -151,8 +147,7 @@ TEST_F(BookLogicTest, EmployeeAddSeedsItsRowAndEmptyReferenceTables)
          "FROM PayInterval",
          "Weekly/7/52.14/1"},
         {"TaxName || '/' || [Order] FROM TaxTypes", "General/0"},
-        {"EmployeeTypeID || '/' || PayIntervalID || '/' || TaxTypeID FROM Employees", "1/1/1"},
-    };
+        {"EmployeeTypeID || '/' || PayIntervalID || '/' || TaxTypeID FROM Employees", "1/1/1"}};
     for (const auto &[query, row] : rows)
         EXPECT_EQ(wageValue(QString("SELECT ") + query).toString(), row) << query;
     EXPECT_EQ(logic.employeeId(), wageValue("SELECT EmployeeID FROM Employees").toInt());
@@ -194,8 +189,7 @@ TEST_F(BookLogicTest, DeleteRefusesEntriesWithDataAndRemovesOnlyTheAddressRow)
         {"Apple", "Cashbook Data Exists"},
         {"Brown", "Wages Exist"},
         {"Dalton", "Wages Exist"},
-        {"Carter", "Wages/Cashbook Data Exists"},
-    };
+        {"Carter", "Wages/Cashbook Data Exists"}};
     for (const auto &[name, heading] : refused) {
         choose(name);
         logic.deleteEntry();

@@ -214,8 +214,7 @@ TEST(SuiteMessageDialogTest, ButtonsReturnThePlatformCodes)
     const std::tuple<MessageRequest, B::StandardButton, qint16> cases[] = {
         {question(), B::Yes, ResultYes},        {question(), B::No, ResultNo},
         {information(), B::Ok, ResultOk},       {question(), B::NoButton, ResultNo},
-        {information(), B::NoButton, ResultOk}, {question(), B::Close, ResultNo},
-    };
+        {information(), B::NoButton, ResultOk}, {question(), B::Close, ResultNo}};
     for (const auto &[request, action, expected] : cases) {
         SuiteMessageDialog dialog(request);
         QTimer::singleShot(0, [&dialog, action = action] {

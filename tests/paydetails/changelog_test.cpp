@@ -35,8 +35,7 @@ TEST(ChangeLogLine, ComposedForTheFieldOrNotAtAll)
         {false, 6, "12345", "", ""},      // not a logged field
         {true, 0, "Shepherd", "shepherd", "[22/11/2026] Occupation changed to Shepherd"},
         {true, 2, "Fortnightly", "Fortnightly", ""},
-        {true, 12, "x", "", "[22/11/2026]  changed to x"},
-    };
+        {true, 12, "x", "", "[22/11/2026]  changed to x"}};
     for (const LineCase &c : cases) {
         const QString line = c.named ? namedFieldChangeLine(c.newValue, c.oldValue, c.field)
                                      : valueChangeLine(c.field, c.newValue, c.oldValue);

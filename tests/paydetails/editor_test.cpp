@@ -238,12 +238,10 @@ TEST_F(EditorBooks, TextAFieldCannotHoldIsRefusedWhereItIsTyped)
         int field;
         const char *typed;
         const char *title;
-    } const cases[] = {
-        {Editor::PayRate, "abc", "Check the Pay Rate"},
-        {Editor::Yearlytotal, "5%", "Check the Salary"},
-        {Editor::Datehired, "31/02/2020", "Check the Date Hired"},
-        {Editor::KiwiSaverStartDate, "soon", "Check the KiwiSaver Start Date"},
-    };
+    } const cases[] = {{Editor::PayRate, "abc", "Check the Pay Rate"},
+                       {Editor::Yearlytotal, "5%", "Check the Salary"},
+                       {Editor::Datehired, "31/02/2020", "Check the Date Hired"},
+                       {Editor::KiwiSaverStartDate, "soon", "Check the KiwiSaver Start Date"}};
     for (const auto &c : cases) {
         const QString before = editor.text(c.field);
         editor.textFocusIn(c.field);

@@ -227,8 +227,7 @@ const Scenario kScenarios[] = {
     {"notes", "", notesWhole, true},
     {"paydetails", "", payDetailsWhole, true},
     {"add", "", addWhole, false},
-    {"delete", "yes", [](const Books &, const Books &) { return QString(); }, false},
-};
+    {"delete", "yes", [](const Books &, const Books &) { return QString(); }, false}};
 
 // ---- Running children --------------------------------------------------------------
 

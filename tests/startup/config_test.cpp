@@ -115,8 +115,7 @@ TEST_F(ProfileFileTest, WriterChangesOnlyTheKeysLine)
         {"[CORVANE]\nDataRoot=x\n[Wage]\nOther=1\n\n[TAX]\nTaxName=GST",
          "[CORVANE]\nDataRoot=x\n[Wage]\nOther=1\nAllEmployees=Y\n\n[TAX]\nTaxName=GST"},
         {"[CORVANE]\r\nDataRoot=x", "[CORVANE]\r\nDataRoot=x\r\n[WAGE]\r\nAllEmployees=Y\r\n"},
-        {"", "[WAGE]\r\nAllEmployees=Y\r\n"},
-    };
+        {"", "[WAGE]\r\nAllEmployees=Y\r\n"}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.before.toStdString());
         const QString ini = c.before.isEmpty() ? m_dir.filePath("fresh.ini") : write(c.before);
@@ -206,8 +205,7 @@ TEST_F(SuiteIni, LogsAMissingSectionOrKeyWithItsContext)
          "A section from %1 is missing.Section=Wage, Key=AllEmployees"},
         {"[START] \r\nFirm=Acme\r\n", "START", "Firm", "Acme",
          "A section from %1 is missing.Section=START, Key=Firm"},
-        {"\xEF\xBB\xBF[START]\nFirm=Acme\n[TAX]\nTaxName=GST", "TAX", "TaxName", "GST", ""},
-    };
+        {"\xEF\xBB\xBF[START]\nFirm=Acme\n[TAX]\nTaxName=GST", "TAX", "TaxName", "GST", ""}};
     for (const auto &c : cases) {
         SCOPED_TRACE(std::string(c.section) + "/" + c.key + " in " + c.ini);
         resetErrorLogState();

@@ -13,8 +13,7 @@ TEST(NumericTextTest, AcceptsTheFormsASettingMayTake)
     const std::pair<const char *, double> numbers[] = {
         {"44", 44},   {" 44 ", 44},     {"1,000", 1000}, {"-5", -5},     {"5-", -5},
         {"(5)", -5},  {"$12.50", 12.5}, {"1e3", 1000},   {"1.5D2", 150}, {".5", 0.5},
-        {"&H10", 16}, {"&HFFFF", -1},   {"&O17", 15},    {"+7", 7},      {"\t8\t", 8},
-    };
+        {"&H10", 16}, {"&HFFFF", -1},   {"&O17", 15},    {"+7", 7},      {"\t8\t", 8}};
     for (const auto &[text, value] : numbers) {
         const std::optional<double> parsed = numericValue(text);
         ASSERT_TRUE(parsed.has_value()) << text;

@@ -34,8 +34,7 @@ TEST(TranslateTest, FillsPlaceholders)
         {"|x|", "Smith"},
         {"|0.6|", "42"},
         {"|1.5|", "..."}, // rounds half to even
-        {"||", "Smith"},
-    };
+        {"||", "Smith"}};
     for (const auto &[text, expected] : cases)
         EXPECT_EQ(Translate(text, values), expected) << text;
     EXPECT_EQ(Translate("|0|", {true}), "True");

@@ -157,30 +157,26 @@ TEST(BulkBooks, SameOptionsGiveTheSameRows)
     }
 }
 
-TEST(BulkBooks, RefusesMoreEmployeesThanEntriesAndKeepsExistingFiles)
+// Refused before anything is made, or failing after the books are built (a folder where
+// the wage file belongs): no file is left behind, and existing books stay.
+TEST(BulkBooks, RefusesOrFailsWithoutLeavingFiles)
 {
     QTemporaryDir dir;
     EXPECT_THROW(SuiteFiles::bulkSuite(dir.path(), options(10, 11)), CvError);
     EXPECT_TRUE(SuiteFiles::existingDataFiles(dir.path()).isEmpty());
-
     SuiteFiles::bulkSuite(dir.path(), options(10, 0));
     EXPECT_THROW(SuiteFiles::bulkSuite(dir.path(), options(20, 0)), CvError);
     EXPECT_EQ(BookQuery(SuiteFiles::farmPath(dir.path())).count("SELECT COUNT(*) FROM Addresses"),
               10);
-}
 
-TEST(BulkBooks, AFailedBuildLeavesNoFilesBehind)
-{
-    QTemporaryDir dir;
-    // A folder where the wage file belongs: the books are built, but cannot be put in
-    // place.
-    ASSERT_TRUE(QDir().mkpath(SuiteFiles::wagePath(dir.path())));
+    QTemporaryDir blocked;
+    ASSERT_TRUE(QDir().mkpath(SuiteFiles::wagePath(blocked.path())));
     SuiteFiles::BulkOptions forced = options(50, 5);
     forced.force = true;
-    EXPECT_THROW(SuiteFiles::bulkSuite(dir.path(), forced), CvError);
-    EXPECT_FALSE(QFileInfo::exists(SuiteFiles::farmPath(dir.path())));
-    EXPECT_FALSE(QFileInfo::exists(SuiteFiles::iniPath(dir.path())));
-    EXPECT_TRUE(QDir(SuiteFiles::generationsFolder(dir.path()))
+    EXPECT_THROW(SuiteFiles::bulkSuite(blocked.path(), forced), CvError);
+    EXPECT_FALSE(QFileInfo::exists(SuiteFiles::farmPath(blocked.path())));
+    EXPECT_FALSE(QFileInfo::exists(SuiteFiles::iniPath(blocked.path())));
+    EXPECT_TRUE(QDir(SuiteFiles::generationsFolder(blocked.path()))
                     .entryList({"suite-*"}, QDir::AllEntries | QDir::Hidden)
                     .isEmpty());
 }
@@ -198,13 +194,9 @@ ToolRun cvsuite(const QStringList &args)
 {
     QProcess p;
     p.start(CVSUITE_EXE, args);
-    ToolRun r;
-    if (!p.waitForFinished(60000) || p.exitStatus() != QProcess::NormalExit)
-        return r;
-    r.exitCode = p.exitCode();
-    r.out = QString::fromUtf8(p.readAllStandardOutput());
-    r.err = QString::fromUtf8(p.readAllStandardError());
-    return r;
+    const bool ended = p.waitForFinished(60000) && p.exitStatus() == QProcess::NormalExit;
+    return {ended ? p.exitCode() : -1, QString::fromUtf8(p.readAllStandardOutput()),
+            QString::fromUtf8(p.readAllStandardError())};
 }
 
 } // namespace
@@ -223,8 +215,7 @@ TEST(CvSuiteTool, UsageErrorsPrintUsageAndExitTwo)
         {"bulk", dir.path(), "--addresses", "5", "--employees", "6"},
         {"bulk", dir.path(), "--addresses", "5"},
         {"bulk", dir.path(), "--addresses=5", "--employees"},
-        {"demo", dir.path(), "--overwrite"},
-    };
+        {"demo", dir.path(), "--overwrite"}};
     for (const QStringList &args : wrong) {
         const ToolRun r = cvsuite(args);
         EXPECT_EQ(r.exitCode, 2) << args.join(' ').toStdString();
