@@ -18,6 +18,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <tuple>
 
 namespace {
 
@@ -47,35 +48,21 @@ protected:
 
 TEST_F(ProfileFileTest, ReadsWithTheProfileRules)
 {
-    const QString ini = write("\xEF\xBB\xBF[corvane]\r\n"
-                              "  DataRoot  =  C:\\Data  \r\n"
-                              "Quoted=\"  with blanks  \"\n"
-                              "Single='x'\r"
-                              "Twice=\"\"inner\"\"\n"
-                              "Unbalanced=\"abc'\n"
-                              "Empty=\n"
-                              "Dup=first\n"
-                              "dup=second\n"
-                              "[START]\n"
-                              "Firm=Acme\n"
-                              "[Corvane]\n"
-                              "Late=in the second section\n"
-                              "[ TAX ]\n"
+    const QString ini = write("\xEF\xBB\xBF[corvane]\r\n  DataRoot  =  C:\\Data  \r\n"
+                              "Quoted=\"  with blanks  \"\nSingle='x'\rTwice=\"\"inner\"\"\n"
+                              "Unbalanced=\"abc'\nEmpty=\nDup=first\ndup=second\n[START]\n"
+                              "Firm=Acme\n[Corvane]\nLate=in the second section\n[ TAX ]\n"
                               "WageAccount = 401002");
-
-    EXPECT_EQ(read(ini, "CORVANE", "dataroot"), "C:\\Data");
-    EXPECT_EQ(read(ini, "CORVANE", "Quoted"), "  with blanks  ");
-    EXPECT_EQ(read(ini, "CORVANE", "Single"), "x");
-    EXPECT_EQ(read(ini, "CORVANE", "Twice"), "\"inner\"");
-    EXPECT_EQ(read(ini, "CORVANE", "Unbalanced"), "\"abc'");
-    EXPECT_EQ(read(ini, "CORVANE", "Dup"), "first");
-    EXPECT_EQ(read(ini, "START", "FIRM"), "Acme");
     // Only the first of two sections of one name is read.
-    EXPECT_EQ(read(ini, "CORVANE", "Late"), "");
-    EXPECT_EQ(read(ini, "TAX", "WageAccount"), "401002");
-    EXPECT_EQ(readProfileString("CORVANE", "Empty", "dflt", ini), "");
-    EXPECT_EQ(readProfileString("CORVANE", "Absent", "dflt", ini), "dflt");
-    EXPECT_EQ(readProfileString("NOSUCH", "Firm", "dflt", ini), "dflt");
+    const std::tuple<const char *, const char *, const char *> values[] = {
+        {"CORVANE", "dataroot", "C:\\Data"}, {"CORVANE", "Quoted", "  with blanks  "},
+        {"CORVANE", "Single", "x"},          {"CORVANE", "Twice", "\"inner\""},
+        {"CORVANE", "Unbalanced", "\"abc'"}, {"CORVANE", "Dup", "first"},
+        {"START", "FIRM", "Acme"},           {"CORVANE", "Late", "dflt"},
+        {"TAX", "WageAccount", "401002"},    {"CORVANE", "Empty", ""},
+        {"CORVANE", "Absent", "dflt"},       {"NOSUCH", "Firm", "dflt"}};
+    for (const auto &[section, key, value] : values)
+        EXPECT_EQ(readProfileString(section, key, "dflt", ini), value) << key;
 }
 
 TEST_F(ProfileFileTest, CutsLongValuesToTheBuffer)
@@ -125,6 +112,8 @@ TEST_F(ProfileFileTest, WriterChangesOnlyTheKeysLine)
     }
 }
 
+// A bare name is a file in the per-user folder; WIN.INI and a missing folder are not
+// written.
 TEST_F(ProfileFileTest, ABareNameIsAFileInThePerUserFolder)
 {
     ScopedConfigHome home;
@@ -134,11 +123,6 @@ TEST_F(ProfileFileTest, ABareNameIsAFileInThePerUserFolder)
     EXPECT_EQ(contents(home.iniPath()), "[WAGE]\r\nAllEmployees=N\r\n");
     EXPECT_EQ(read("Corvane.ini", "Wage", "AllEmployees"), "N");
     EXPECT_EQ(readTextLines("Corvane.ini"), QStringList({"[WAGE]", "AllEmployees=N"}));
-}
-
-TEST_F(ProfileFileTest, WriterReportsWhatItCannotWrite)
-{
-    ScopedConfigHome home;
     EXPECT_FALSE(writeProfileString("WAGE", "AllEmployees", "Y", "WIN.INI"));
     EXPECT_FALSE(
         writeProfileString("WAGE", "AllEmployees", "Y", m_dir.filePath("no/such/dir/x.ini")));
@@ -266,6 +250,11 @@ TEST_F(SuiteIni, ValuesThatArePresentAreUsedAsTheyStand)
     EXPECT_EQ(modulesDatabase(), "/opt/corvane/Modules.mdb");
     ini("[CORVANE]\r\nModuleFileName=/m/Mods.mdb\r\n");
     EXPECT_EQ(modulesDatabase(), "/m/Mods.mdb");
+    // The tax number caption falls back in turn.
+    ini("[TAX]\r\nTaxNumberName=ABN\r\nTaxName=GST\r\n");
+    EXPECT_EQ(taxNumberCaption(), "ABN Number");
+    ini("[TAX]\r\nTaxName=IRD\r\n");
+    EXPECT_EQ(taxNumberCaption(), "IRD Number");
 }
 
 TEST_F(SuiteIni, OnlyYMeansAllEmployeesAndWageAccountNeedsANumber)
@@ -281,18 +270,16 @@ TEST_F(SuiteIni, OnlyYMeansAllEmployeesAndWageAccountNeedsANumber)
     }
 }
 
-TEST_F(SuiteIni, AllEmployeesIsWrittenBackToTheSameSection)
+// The switch is written back to the section it is read from; without a suite INI file it
+// lives in the per-user folder, and is remembered there, as the bare name's file was in the
+// system folder.
+TEST_F(SuiteIni, TheEmployeeSwitchIsWrittenWhereItIsRead)
 {
     ini("[CORVANE]\r\nDataRoot=x\r\n[Wage]\r\nallemployees=N\r\n");
     ASSERT_TRUE(writeAllEmployees("Y"));
     EXPECT_FALSE(m_settings.EmployeeOnly());
     EXPECT_EQ(m_suite.readIni(), "[CORVANE]\r\nDataRoot=x\r\n[Wage]\r\nAllEmployees=Y\r\n");
-}
 
-// Without a suite INI file the switch lives in the per-user folder, and is
-// remembered there, as the bare name's file was in the system folder.
-TEST_F(SuiteIni, WithoutAnIniFileTheSwitchIsRememberedPerUser)
-{
     m_suite.removeIni();
     EXPECT_TRUE(m_settings.EmployeeOnly());
     for (const char *value : {"Y", "N", "Y"}) {
@@ -321,14 +308,6 @@ TEST_F(SuiteIni, CountryCodeRule)
         setWinIniTerritory(territory);
         EXPECT_EQ(countryCode(), expected) << QLocale::territoryToString(territory).toStdString();
     }
-}
-
-TEST_F(SuiteIni, TaxNumberCaptionFallsBackInTurn)
-{
-    ini("[TAX]\r\nTaxNumberName=ABN\r\nTaxName=GST\r\n");
-    EXPECT_EQ(taxNumberCaption(), "ABN Number");
-    ini("[TAX]\r\nTaxName=IRD\r\n");
-    EXPECT_EQ(taxNumberCaption(), "IRD Number");
 }
 
 TEST_F(SuiteIni, ColourEntryKeepsComponentsThatDoNotConvert)
