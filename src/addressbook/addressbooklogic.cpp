@@ -104,6 +104,7 @@ void AddressBookLogic::load()
     try {
         m_farm = openSuiteDatabase();
         m_form = AddressForm(countryCode(), ::taxNumberCaption());
+        ++m_formRevision;
         m_helpFile = helpFolder() + u'/' + kHelpFileName;
         m_launch.helpFilePath = m_helpFile;
         m_helpTopic = helpContextId(QStringLiteral("AddressBook"));

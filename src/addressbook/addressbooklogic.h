@@ -190,6 +190,10 @@ public:
     Database *wageDatabase() const { return m_farm.get(); }
 
     quint64 revision() const { return m_revision; }
+    // What a view copies only when it moved on: the form's texts and limits (set at
+    // load), and the shown entry's values other than the user's own edits.
+    quint64 formRevision() const { return m_formRevision; }
+    quint64 shownRevision() const { return m_entry.shownRevision(); }
 
 signals:
     void changed();
@@ -245,5 +249,6 @@ private:
     bool m_busy = false;
 
     quint64 m_revision = 0;
+    quint64 m_formRevision = 0;
     int m_batchDepth = 0;
 };

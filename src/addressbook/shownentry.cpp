@@ -25,6 +25,7 @@ bool ShownEntry::show(const AddressStore &store, qint32 id, bool flaggedOnly)
     if (!entry || (flaggedOnly && !entry->values.flags[WageFlag]))
         return false;
     m_values = m_stored = entry->values;
+    ++m_shownRevision;
     m_refused = {};
     m_id = id;
     // A heading that is no longer listed leaves the list as it was.
@@ -45,11 +46,13 @@ bool ShownEntry::show(const AddressStore &store, qint32 id, bool flaggedOnly)
 
 void ShownEntry::loadNotes(const AddressStore &store)
 {
+    ++m_shownRevision;
     m_notes = m_storedNotes = store.readNotes(m_id);
 }
 
 void ShownEntry::clear()
 {
+    ++m_shownRevision;
     m_values = {};
     m_stored = {};
     m_refused = {};
@@ -61,6 +64,7 @@ void ShownEntry::clear()
 
 void ShownEntry::clearNotes()
 {
+    ++m_shownRevision;
     m_notes.clear();
     m_storedNotes.clear();
 }
@@ -86,8 +90,10 @@ void ShownEntry::focusIn(int field)
 
 void ShownEntry::focusOut(int field)
 {
-    if (isProtected(field) && m_values.fields[std::size_t(field)].isEmpty())
+    if (isProtected(field) && m_values.fields[std::size_t(field)].isEmpty()) {
         m_values.fields[std::size_t(field)] = m_protectedText;
+        ++m_shownRevision;
+    }
 }
 
 void ShownEntry::chooseHeading(int index)
@@ -100,8 +106,10 @@ void ShownEntry::chooseHeading(int index)
 
 void ShownEntry::fillLastName()
 {
-    if (m_id != 0 && m_values.fields[ContactLastName].isEmpty())
+    if (m_id != 0 && m_values.fields[ContactLastName].isEmpty()) {
         m_values.fields[ContactLastName] = lastWord(m_values.fields[BusName]);
+        ++m_shownRevision;
+    }
 }
 
 QString ShownEntry::lastWord(const QString &name)
@@ -183,6 +191,7 @@ SaveOutcome ShownEntry::save(Database &db, bool withNotes)
     case SaveOutcome::Discarded:
         // The entry as it was read comes back, without reading it again (the file
         // may still be held).
+        ++m_shownRevision;
         m_values = m_stored;
         m_refused = {};
         if (m_headingChosen) {

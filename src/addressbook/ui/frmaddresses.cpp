@@ -1,11 +1,11 @@
 #include "addressbook/ui/frmaddresses.h"
 
-#include "controls/ui/combomirror.h"
-
-#include "paydetails/ui/wagestab.h"
-
 #include "controls/alphalistproperties.h"
 #include "controls/ui/alphalist.h"
+#include "controls/ui/combolistmodel.h"
+#include "controls/ui/formevents.h"
+#include "controls/ui/formwidgets.h"
+#include "paydetails/ui/wagestab.h"
 
 #include <algorithm>
 #include <QApplication>
@@ -59,15 +59,7 @@ constexpr int kBankBoxes[] = {
     Logic::BusBankAcSuffix,
 };
 
-// The width a line edit needs to show chars characters, frame included.
-int widthForChars(const QLineEdit *edit, int chars)
-{
-    const QFontMetrics fm = edit->fontMetrics();
-    // QLineEdit's size hint is seventeen "x" wide plus its frame and margins.
-    const int frame = edit->sizeHint().width() - 17 * fm.horizontalAdvance(QLatin1Char('x'));
-    // One character more leaves room for the cursor after the last one.
-    return frame + (chars + 1) * fm.horizontalAdvance(QLatin1Char('0'));
-}
+using FormWidgets::widthForChars;
 
 // The suite's text boxes keep CR LF line breaks; the editor works with LF.
 QString toEditorText(const QString &stored)
@@ -110,8 +102,12 @@ frmAddresses::frmAddresses(AddressBookLogic &logic, QWidget *parent)
     buildLayout();
     setTabOrderChain();
     // The window sees every key and focus change before its controls do.
-    for (QWidget *child : findChildren<QWidget *>())
-        child->installEventFilter(this);
+    auto *events = new FormEvents(
+        this, &m_entry, [this](const QObject *w) { return fieldIndexOf(w) >= 0; },
+        [this] { focusNextChild(); },
+        [this](QObject *watched, QEvent *event) { return handleEvent(watched, event); });
+    for (QWidget *child : findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
+        events->watch(child);
     connectLogic();
     resize(kDefaultWidth, kDefaultHeight);
     syncFromLogic();
@@ -168,7 +164,7 @@ QWidget *frmAddresses::buildTopArea()
 
     m_names = new QComboBox(area);
     m_names->setObjectName("cmbName");
-    m_names->setEditable(false);
+    m_namesMirror = std::make_unique<ComboMirror>(m_names, m_logic.nameList());
     m_names->setFixedWidth(kStripWidth);
     m_names->setMaxVisibleItems(20);
     // The width is fixed: measuring every name of a large book for a size hint
@@ -198,17 +194,14 @@ QWidget *frmAddresses::buildTopArea()
 
 QLineEdit *frmAddresses::makeField(int field)
 {
-    auto *edit = new QLineEdit;
-    edit->setObjectName(QStringLiteral("txtFields_%1").arg(field));
+    QLineEdit *edit = FormWidgets::textField(
+        QStringLiteral("txtFields_%1").arg(field), m_entry,
+        [this, field](const QString &text) { m_logic.editField(field, text); });
     m_fields[std::size_t(field)] = edit;
     auto *label = new QLabel;
     label->setObjectName(QStringLiteral("lblFields_%1").arg(field));
     label->setBuddy(edit);
     m_fieldLabels[std::size_t(field)] = label;
-    connect(edit, &QLineEdit::textEdited, this, [this, edit, field](const QString &text) {
-        m_entry.beforeEdit(edit);
-        m_logic.editField(field, text);
-    });
     return edit;
 }
 
@@ -218,13 +211,7 @@ QWidget *frmAddresses::buildAddressesPage()
     page->setObjectName("pageAddresses");
 
     const auto makeForm = [] {
-        auto *form = new QFormLayout;
-        form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-        form->setRowWrapPolicy(QFormLayout::DontWrapRows);
-        form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-        form->setHorizontalSpacing(10);
-        form->setVerticalSpacing(5);
-        return form;
+        return FormWidgets::formLayout(QFormLayout::AllNonFixedFieldsGrow, 5);
     };
 
     QFormLayout *left = makeForm();
@@ -242,6 +229,7 @@ QWidget *frmAddresses::buildAddressesPage()
     m_heading = new QComboBox;
     m_heading->setObjectName("cmbHeading");
     m_heading->setMaxVisibleItems(20);
+    m_headingMirror = std::make_unique<ComboMirror>(m_heading, m_logic.headingList());
     m_headingLabel->setBuddy(m_heading);
     right->addRow(m_headingLabel, m_heading);
 
@@ -411,8 +399,7 @@ void frmAddresses::setTabOrderChain()
     for (int field : kBankBoxes)
         chain.push_back(m_fields[std::size_t(field)]);
     chain.insert(chain.end(), {m_notes, m_editPays, m_add, m_delete, m_close});
-    for (std::size_t i = 1; i < chain.size(); ++i)
-        setTabOrder(chain[i - 1], chain[i]);
+    FormWidgets::chainTabOrder(chain);
 }
 
 // ---- Logic to widgets ------------------------------------------------------
@@ -437,10 +424,15 @@ void frmAddresses::connectLogic()
 
 void frmAddresses::syncFromLogic()
 {
+    // A keystroke in a box comes back here: what it cannot have changed (the form's
+    // texts and sizes, the entry's other values, the name list) is skipped by revision.
     m_sync.run([this] {
         setWindowTitle(m_logic.windowTitle());
-        syncCaptions();
-        syncBankLayout();
+        if (m_logic.formRevision() != m_formRevision) {
+            m_formRevision = m_logic.formRevision();
+            syncCaptions();
+            syncBankLayout();
+        }
         syncTabs();
         syncFields();
     });
@@ -524,31 +516,19 @@ void frmAddresses::syncTabs()
 
 void frmAddresses::syncFields()
 {
-    if (m_logic.nameList().revision() != m_namesRevision) {
-        mirrorComboList(m_names, m_logic.nameList());
-        m_namesRevision = m_logic.nameList().revision();
-    } else if (m_names->currentIndex() != m_logic.nameList().listIndex()) {
-        // A choice the logic did not follow (the entry on screen could not be saved).
-        m_names->setCurrentIndex(m_logic.nameList().listIndex());
-    }
-    if (m_logic.headingList().revision() != m_headingsRevision) {
-        mirrorComboList(m_heading, m_logic.headingList());
-        m_headingsRevision = m_logic.headingList().revision();
-    }
+    // The selection follows the logic also where it did not follow the user's choice
+    // (the entry on screen could not be saved).
+    m_namesMirror->sync();
+    m_headingMirror->sync();
 
-    for (int i = 0; i < Logic::FieldCount; ++i) {
-        QLineEdit *edit = m_fields[std::size_t(i)];
-        const QString text = m_logic.field(i);
-        // Setting an equal text would move the cursor under the user's hands.
-        if (edit->text() != text)
-            edit->setText(text);
+    if (m_logic.shownRevision() != m_shownRevision) {
+        m_shownRevision = m_logic.shownRevision();
+        for (int i = 0; i < Logic::FieldCount; ++i)
+            FormWidgets::showText(m_fields[std::size_t(i)], m_logic.field(i));
+        FormWidgets::showText(m_notes, toEditorText(m_logic.notes()));
     }
     m_cashbookFlag->setChecked(m_logic.flag(Logic::BusinessFlag));
     m_wagebookFlag->setChecked(m_logic.flag(Logic::WageFlag));
-
-    const QString notes = toEditorText(m_logic.notes());
-    if (m_notes->toPlainText() != notes)
-        m_notes->setPlainText(notes);
 
     m_letterStrip->setEnabled(m_logic.letterStripEnabled());
     const SuiteColour header = m_logic.headerColour();
@@ -581,50 +561,29 @@ void frmAddresses::setWaitCursor(bool on)
 
 int frmAddresses::fieldIndexOf(const QObject *object) const
 {
-    const auto at = std::find(m_fields.begin(), m_fields.end(), object);
-    return at == m_fields.end() ? -1 : int(at - m_fields.begin());
+    return FormWidgets::indexOf(m_fields, object);
 }
 
-bool frmAddresses::eventFilter(QObject *watched, QEvent *event)
+bool frmAddresses::handleEvent(QObject *watched, QEvent *event)
 {
-    // The combo boxes' pop-up lists are windows of their own: they keep their
-    // keys.
-    const auto *widget = qobject_cast<QWidget *>(watched);
-    if (!widget || widget->window() != this)
-        return QWidget::eventFilter(watched, event);
-
-    switch (event->type()) {
-    case QEvent::KeyPress:
-        return handleKeyPress(watched, static_cast<QKeyEvent *>(event));
-    case QEvent::FocusIn:
-    case QEvent::FocusOut:
-        if (fieldIndexOf(watched) >= 0)
-            m_entry.focusEvent(watched, *static_cast<QFocusEvent *>(event));
-        break;
-    case QEvent::MouseButtonRelease:
+    if (event->type() == QEvent::MouseButtonRelease) {
         // The switch's caption is a label of its own; clicking it clicks the box.
         if (watched == m_employeeSwitchLabel && m_employeeSwitch->isEnabled())
             m_employeeSwitch->click();
-        break;
-    default:
-        break;
+        return false;
     }
-    return QWidget::eventFilter(watched, event);
-}
-
-bool frmAddresses::handleKeyPress(QObject *watched, QKeyEvent *event)
-{
-    const bool control = event->modifiers().testFlag(Qt::ControlModifier);
-    switch (event->key()) {
+    if (event->type() != QEvent::KeyPress)
+        return false;
+    const auto *key = static_cast<QKeyEvent *>(event);
+    const bool control = key->modifiers().testFlag(Qt::ControlModifier);
+    switch (key->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (control) {
-            // Only the notes take a new line.
-            if (watched == m_notes)
-                m_notes->insertPlainText(QStringLiteral("\n"));
-            return true;
-        }
-        focusNextChild();
+        if (!control)
+            return false; // moves on, as in every form
+        // Only the notes take a new line.
+        if (watched == m_notes)
+            m_notes->insertPlainText(QStringLiteral("\n"));
         return true;
     case Qt::Key_Tab:
         if (!control)
