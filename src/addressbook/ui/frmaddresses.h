@@ -69,6 +69,11 @@ private:
     bool handleEvent(QObject *watched, QEvent *event);
     int fieldIndexOf(const QObject *object) const;
 
+    // The bank account's boxes, in their group's row.
+    static constexpr int BankBoxes[] = {AddressFields::BusBankAcBank,
+                                        AddressFields::BusBankAcBranch, AddressFields::BusBankAcNo,
+                                        AddressFields::BusBankAcSuffix};
+
     AddressBookLogic &m_logic;
     FieldEntry m_entry; // which address box the user is in
     SyncPass m_sync;
