@@ -139,9 +139,9 @@ void AddressBookLogic::activate()
         } else {
             m_editPaysEnabled = false;
             const bool currentOnly = Settings().EmployeeOnly();
-            // Assigning the box raises its click, which rebuilds the list.
-            if (m_employeeSwitchChecked != currentOnly)
-                clickEmployeeSwitch(currentOnly);
+            // Assigning the box is its click, but the list is built once, below.
+            if (m_employeeSwitchChecked != currentOnly && saveCurrentTab())
+                setEmployeeSwitch(currentOnly);
             m_letterStripEnabled = false;
             qint32 launchId = m_launch.currentAddressId;
             FillNameList(currentOnly, launchId, QStringLiteral("*"));
@@ -230,16 +230,21 @@ void AddressBookLogic::clickEmployeeSwitch(bool checked)
     try {
         if (!saveCurrentTab())
             return;
-        m_employeeSwitchChecked = checked;
-        m_employeeSwitchToolTip =
-            checked ? AddressTexts::ShowFormerEmployees : AddressTexts::HideFormerEmployees;
-        // A switch that cannot be stored still applies to this window.
-        writeAllEmployees(checked ? QStringLiteral("N") : QStringLiteral("Y"));
+        setEmployeeSwitch(checked);
         qint32 current = m_launch.currentAddressId;
         FillNameList(checked, current, QStringLiteral("*"));
     } catch (const CvError &e) {
         showErrorReport(e, origin("chk_employee_Click"));
     }
+}
+
+void AddressBookLogic::setEmployeeSwitch(bool checked)
+{
+    m_employeeSwitchChecked = checked;
+    m_employeeSwitchToolTip =
+        checked ? AddressTexts::ShowFormerEmployees : AddressTexts::HideFormerEmployees;
+    // A switch that cannot be stored still applies to this window.
+    writeAllEmployees(checked ? QStringLiteral("N") : QStringLiteral("Y"));
 }
 
 // ---- Showing an entry ------------------------------------------------------
@@ -305,7 +310,6 @@ void AddressBookLogic::EnableEditPays(bool wageFlag)
 
 void AddressBookLogic::editField(int field, const QString &text)
 {
-    Batch batch(*this);
     m_entry.edit(field, text);
 }
 
@@ -357,7 +361,6 @@ bool AddressBookLogic::SaveHeading()
 
 void AddressBookLogic::editNotes(const QString &text)
 {
-    Batch batch(*this);
     m_entry.editNotes(text);
 }
 

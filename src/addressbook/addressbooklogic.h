@@ -80,7 +80,8 @@ public:
     void changeTab(int tab);
     // Ctrl+Tab: the next tab, the first after the last.
     void nextTab();
-    // A text box of the first tab changed by the user.
+    // A text box of the first tab changed by the user. No changed(): the view shows it
+    // already, so a keystroke costs the same whatever the size of the form or the book.
     void editField(int field, const QString &text);
     // Boxes 0 and 4 cannot be left empty: the view reports focus moves of
     // every box; the logic puts the old text back where needed.
@@ -89,11 +90,11 @@ public:
     void toggleFlag(Flag flag, bool on);
     // cmbHeading: the user picked the item at index.
     void chooseHeading(int index);
-    void editNotes(const QString &text);
-    void addEntry();       // cmdAdd
-    void deleteEntry();    // cmdDelete
-    void editPayDetails(); // cmdEditPays
-    void showHelp();       // F1
+    void editNotes(const QString &text); // no changed(), as editField
+    void addEntry();                     // cmdAdd
+    void deleteEntry();                  // cmdDelete
+    void editPayDetails();               // cmdEditPays
+    void showHelp();                     // F1
     // Form_QueryUnload: the window is about to close (cmdClose, Alt+F4 or the
     // title bar). Saves what the user changed; false when that could not be saved
     // and the user went back to it: the window then stays open.
@@ -209,6 +210,8 @@ private:
     Database &farm() const;
     AddressStore store() const { return AddressStore(farm()); }
     void setBusy(bool busy);
+    // The current employees switch and its stored setting; the caller rebuilds the list.
+    void setEmployeeSwitch(bool checked);
     void cmbNameClick();
     bool saveTab(int tab);
     bool saveEntry(bool withNotes);
