@@ -69,16 +69,22 @@ void BM_OpenWindow_Widgets(benchmark::State &state, qint16 mode)
     }
 }
 
+// The address book window, modeless, on a bulk book of this many entries.
+void openAddressBook(AddressBookWindow &window, int addresses)
+{
+    qputenv("CORVANE_SHARED_DOCUMENTS", bookFor(addresses).toUtf8());
+    AddressGlobals::LaunchMode = 0;
+    AddressGlobals::CurrentAddressID = 0;
+    window.showModeless();
+    QApplication::processEvents();
+}
+
 // The letter strip on the open window: "M", then back to every name, list and
 // screen both redone each time.
 void BM_LetterFilter_Widgets(benchmark::State &state)
 {
-    qputenv("CORVANE_SHARED_DOCUMENTS", bookFor(int(state.range(0))).toUtf8());
-    AddressGlobals::LaunchMode = 0;
-    AddressGlobals::CurrentAddressID = 0;
     AddressBookWindow window;
-    window.showModeless();
-    QApplication::processEvents();
+    openAddressBook(window, int(state.range(0)));
     AddressBookLogic &logic = window.form()->logic();
     for (auto _ : state) {
         logic.changeLetterFilter(QStringLiteral("M"));
@@ -108,12 +114,8 @@ double residentMegabytes()
 // times the logic asked the view to bring its widgets in line (none).
 void BM_Keystroke_Widgets(benchmark::State &state)
 {
-    qputenv("CORVANE_SHARED_DOCUMENTS", bookFor(int(state.range(0))).toUtf8());
-    AddressGlobals::LaunchMode = 0;
-    AddressGlobals::CurrentAddressID = 0;
     AddressBookWindow window;
-    window.showModeless();
-    QApplication::processEvents();
+    openAddressBook(window, int(state.range(0)));
     frmAddresses *form = window.form();
     auto *box = form->findChild<QLineEdit *>(
         QStringLiteral("txtFields_%1").arg(AddressFields::BusAddress1));
