@@ -149,20 +149,27 @@ signals:
     void changed();
 
 private:
-    void touch();
+    struct Selection;
+
+    // A new revision for the view, which then resyncs.
+    void markChanged();
     // The closing text of an error report from one of the host's procedures.
     QString origin(const char *procedure) const;
     Database &farm();
     Database &wage();
+    // Parts of load(); they throw.
+    Selection readRow(Database &suite);
+    void fillLists(Database &suite, const Selection &chosen);
+    void fillDeductions(Database &wage);
     void fillBankList();
     void captionPayRate(qint32 employeeTypeId);
-    bool isMemberType(const QString &enrolType);
+    bool memberTypeShown();
     void showRatesFor(bool member);
     void normaliseText(int field);
     QString textProblem(int field) const;
     void logLine(const QString &line);
     bool save();
-    void saveRow();
+    void saveRow(bool member);
 
     Host m_host;
     std::unique_ptr<Database> m_ownDb;
