@@ -19,6 +19,11 @@ class DeductionGrid;
 // settings and standing deductions. The view shows this state, forwards the
 // user's events here, and resyncs whenever changed() fires (or revision() has
 // moved on).
+//
+// Errors: each event, load and save catches what fails under it and reports it once,
+// naming the host's procedure (a save through saveChanges). A list, a default or a
+// setting that cannot be read is reported under its look-up's own name, and the
+// editor goes on without it, as the suite always has.
 class PayDetailsEditor : public QObject
 {
     Q_OBJECT
