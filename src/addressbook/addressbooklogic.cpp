@@ -6,6 +6,7 @@
 #include "config/settings.h"
 #include "config/suiteconfig.h"
 #include "config/suitedatabase.h"
+#include "controls/filldaovbcombo.h"
 #include "controls/inputboxservice.h"
 #include "core/cverror.h"
 #include "data/database.h"
@@ -110,8 +111,9 @@ void AddressBookLogic::load()
         m_helpTopic = helpContextId(QStringLiteral("AddressBook"));
         m_currentTab = firstTab();
         prepareTab(m_currentTab);
-        // Nothing is selected yet: each entry selects its own heading when shown.
-        store().listHeadings(m_entry.headingList());
+        // Each entry selects its own heading when shown; a list not read is told, not fatal.
+        reportedStep(ErrorOrigin::FillDaoVBCombo,
+                     [&] { store().listHeadings(m_entry.headingList()); });
         lookupDefaultBanks(*m_farm);
         readColourEntry(QStringLiteral("CvHeader"));
         m_headerColour = suiteColour();

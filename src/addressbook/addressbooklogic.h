@@ -35,7 +35,8 @@ class PayInformationTab;
 //
 // Errors: each event member and each of the window's procedures below catches
 // what fails under it and reports it once, naming itself; the private helpers
-// throw.
+// throw. The load names the filler of a heading list it could not read, and opens
+// the window without it.
 class AddressBookLogic : public QObject
 {
     Q_OBJECT

@@ -159,28 +159,26 @@ SaveOutcome ShownEntry::save(Database &db, bool withNotes)
     if (fields.empty() && flags.empty() && !m_headingChosen && !notesChanged)
         return SaveOutcome::Saved;
     const QString name = m_stored.fields[BusName];
-    std::vector<int> written;
+    AddressStore::Written written;
     const SaveOutcome outcome =
         saveChanges(db, name.isEmpty() ? QStringLiteral("this entry") : name, [&] {
             AddressStore store(db);
-            AddressStore::Written w = store.writeEntry(m_id, m_values, fields, flags);
-            // Told as the bound data source tells its own.
-            for (const AddressStore::Refusal &r : w.refused) {
-                m_refused[std::size_t(r.field)] = true;
-                showErrorReport(
-                    r.error,
-                    errorOrigin(QLatin1String("frmAddresses"), QLatin1String("datPrimaryRS_Error")),
-                    QStringLiteral("Error %1 Error").arg(r.error.number()));
-            }
-            written = std::move(w.fields);
+            written = store.writeEntry(m_id, m_values, fields, flags);
             if (m_headingChosen)
                 saveHeading(store);
             if (notesChanged)
                 store.writeNotes(m_id, m_notes);
         });
+    // Told once the save is over, as the bound data source tells its own: a message
+    // shown inside the transaction would hold both files while the user reads it.
+    for (const AddressStore::Refusal &r : written.refused) {
+        m_refused[std::size_t(r.field)] = true;
+        showErrorReport(r.error, ErrorOrigin::PrimaryRsError,
+                        QStringLiteral("Error %1 Error").arg(r.error.number()));
+    }
     switch (outcome) {
     case SaveOutcome::Saved:
-        for (int i : written)
+        for (int i : written.fields)
             m_stored.fields[std::size_t(i)] = m_values.fields[std::size_t(i)];
         m_stored.flags = m_values.flags;
         m_storedHeadingIndex = m_headingList.listIndex();

@@ -19,6 +19,11 @@ class DeductionGrid;
 // settings and standing deductions. The view shows this state, forwards the
 // user's events here, and resyncs whenever changed() fires (or revision() has
 // moved on).
+//
+// Errors: each event, load and save catches what fails under it and reports it once,
+// naming the host's procedure (a save through saveChanges). A list, a default or a
+// setting that cannot be read is reported under its look-up's own name, and the
+// editor goes on without it, as the suite always has.
 class PayDetailsEditor : public QObject
 {
     Q_OBJECT
@@ -149,20 +154,27 @@ signals:
     void changed();
 
 private:
-    void touch();
+    struct Selection;
+
+    // A new revision for the view, which then resyncs.
+    void markChanged();
     // The closing text of an error report from one of the host's procedures.
     QString origin(const char *procedure) const;
     Database &farm();
     Database &wage();
+    // Parts of load(); they throw.
+    Selection readRow(Database &suite);
+    void fillLists(Database &suite, const Selection &chosen);
+    void fillDeductions(Database &wage);
     void fillBankList();
     void captionPayRate(qint32 employeeTypeId);
-    bool isMemberType(const QString &enrolType);
+    bool memberTypeShown();
     void showRatesFor(bool member);
     void normaliseText(int field);
     QString textProblem(int field) const;
     void logLine(const QString &line);
     bool save();
-    void saveRow();
+    void saveRow(bool member);
 
     Host m_host;
     std::unique_ptr<Database> m_ownDb;
