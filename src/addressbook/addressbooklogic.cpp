@@ -42,36 +42,13 @@ QString trimBlanks(const QString &text)
 
 } // namespace
 
-// Collects the state changes of one event into one changed() signal.
-class AddressBookLogic::Batch
-{
-public:
-    explicit Batch(AddressBookLogic &logic) : m_logic(logic) { ++m_logic.m_batchDepth; }
-    ~Batch()
-    {
-        if (--m_logic.m_batchDepth == 0)
-            m_logic.notifyChanged();
-    }
-    Batch(const Batch &) = delete;
-    Batch &operator=(const Batch &) = delete;
-
-private:
-    AddressBookLogic &m_logic;
-};
-
 AddressBookLogic::AddressBookLogic(LaunchContext &launch, QObject *parent)
-    : QObject(parent), m_launch(launch)
+    : WindowLogic(parent), m_launch(launch)
 {
     m_employeeSwitchToolTip = AddressTexts::HideFormerEmployees;
 }
 
 AddressBookLogic::~AddressBookLogic() = default;
-
-void AddressBookLogic::notifyChanged()
-{
-    ++m_revision;
-    emit changed();
-}
 
 void AddressBookLogic::setBusy(bool busy)
 {

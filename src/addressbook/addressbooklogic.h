@@ -6,6 +6,7 @@
 #include "addressbook/shownentry.h"
 #include "config/suitecolour.h"
 #include "controls/combolist.h"
+#include "controls/windowlogic.h"
 
 #include <memory>
 #include <QObject>
@@ -37,7 +38,7 @@ class PayInformationTab;
 // what fails under it and reports it once, naming itself; the private helpers
 // throw. The load names the filler of a heading list it could not read, and opens
 // the window without it.
-class AddressBookLogic : public QObject
+class AddressBookLogic : public WindowLogic
 {
     Q_OBJECT
 public:
@@ -191,23 +192,17 @@ public:
     Database *farmDatabase() const { return m_farm.get(); }
     Database *wageDatabase() const { return m_farm.get(); }
 
-    quint64 revision() const { return m_revision; }
     // What a view copies only when it moved on: the form's texts and limits (set at
     // load), and the shown entry's values other than the user's own edits.
     quint64 formRevision() const { return m_formRevision; }
     quint64 shownRevision() const { return m_entry.shownRevision(); }
 
 signals:
-    void changed();
     void busyChanged(bool busy);
     // After an Add, the focus goes to the address fields.
     void focusFieldRequested(int field);
 
 private:
-    class Batch;
-    friend class Batch;
-
-    void notifyChanged();
     Database &farm() const;
     AddressStore store() const { return AddressStore(farm()); }
     void setBusy(bool busy);
@@ -252,7 +247,5 @@ private:
     bool m_helpOpen = false;
     bool m_busy = false;
 
-    quint64 m_revision = 0;
     quint64 m_formRevision = 0;
-    int m_batchDepth = 0;
 };

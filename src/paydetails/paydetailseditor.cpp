@@ -84,7 +84,7 @@ struct PayDetailsEditor::Selection
 };
 
 PayDetailsEditor::PayDetailsEditor(Host host, QObject *parent)
-    : QObject(parent), m_host(host),
+    : WindowLogic(parent), m_host(host),
       m_payRateCaption(host == Host::Dialog ? QStringLiteral("Pay Rate")
                                             : QStringLiteral("Pay Rate per head")),
       m_grid(std::make_unique<DeductionGrid>())
@@ -122,12 +122,6 @@ QString PayDetailsEditor::origin(const char *procedure) const
 {
     return errorOrigin(QLatin1String(m_host == Host::Dialog ? "frmPaydetails" : "frmAddresses"),
                        QLatin1String(procedure));
-}
-
-void PayDetailsEditor::markChanged()
-{
-    ++m_revision;
-    emit changed();
 }
 
 // Both files are on the one connection: the two names say which file a statement reads.

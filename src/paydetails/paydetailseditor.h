@@ -1,6 +1,7 @@
 #pragma once
 
 #include "controls/combolist.h"
+#include "controls/windowlogic.h"
 
 #include <array>
 #include <memory>
@@ -24,7 +25,7 @@ class DeductionGrid;
 // naming the host's procedure (a save through saveChanges). A list, a default or a
 // setting that cannot be read is reported under its look-up's own name, and the
 // editor goes on without it, as the suite always has.
-class PayDetailsEditor : public QObject
+class PayDetailsEditor : public WindowLogic
 {
     Q_OBJECT
 
@@ -106,7 +107,6 @@ public:
     qint32 employeeId() const { return m_employeeId; }
     DeductionGrid &deductionGrid() { return *m_grid; }
     const DeductionGrid &deductionGrid() const { return *m_grid; }
-    quint64 revision() const { return m_revision; }
 
     // Events the view forwards.
     void textFocusIn(int field);                     // the view selects the whole text itself
@@ -150,14 +150,9 @@ public:
     // the changes they tell of.
     const QStringList &pendingLog() const { return m_pendingLog; }
 
-signals:
-    void changed();
-
 private:
     struct Selection;
 
-    // A new revision for the view, which then resyncs.
-    void markChanged();
     // The closing text of an error report from one of the host's procedures.
     QString origin(const char *procedure) const;
     Database &farm();
@@ -204,5 +199,4 @@ private:
     std::unique_ptr<DeductionGrid> m_grid;
     QStringList m_pendingLog;
     QHash<QString, bool> m_memberTypes; // KiwiSaver enrolment types: member or not
-    quint64 m_revision = 0;
 };
