@@ -1,5 +1,7 @@
 // The demo books: a dairy farm near Te Awamutu with sheep, beef and maize on
 // the side, its staff past and present, and the people it deals with.
+// Long because it is data, one entry after another: split by job it would only scatter
+// the one book a reader wants to see whole.
 #include "suitedata.h"
 
 #include "core/cverror.h"

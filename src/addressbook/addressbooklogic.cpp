@@ -6,6 +6,7 @@
 #include "config/settings.h"
 #include "config/suiteconfig.h"
 #include "config/suitedatabase.h"
+#include "controls/filldaovbcombo.h"
 #include "controls/inputboxservice.h"
 #include "core/cverror.h"
 #include "data/database.h"
@@ -41,36 +42,13 @@ QString trimBlanks(const QString &text)
 
 } // namespace
 
-// Collects the state changes of one event into one changed() signal.
-class AddressBookLogic::Batch
-{
-public:
-    explicit Batch(AddressBookLogic &logic) : m_logic(logic) { ++m_logic.m_batchDepth; }
-    ~Batch()
-    {
-        if (--m_logic.m_batchDepth == 0)
-            m_logic.notifyChanged();
-    }
-    Batch(const Batch &) = delete;
-    Batch &operator=(const Batch &) = delete;
-
-private:
-    AddressBookLogic &m_logic;
-};
-
 AddressBookLogic::AddressBookLogic(LaunchContext &launch, QObject *parent)
-    : QObject(parent), m_launch(launch)
+    : WindowLogic(parent), m_launch(launch)
 {
     m_employeeSwitchToolTip = AddressTexts::HideFormerEmployees;
 }
 
 AddressBookLogic::~AddressBookLogic() = default;
-
-void AddressBookLogic::notifyChanged()
-{
-    ++m_revision;
-    emit changed();
-}
 
 void AddressBookLogic::setBusy(bool busy)
 {
@@ -104,13 +82,15 @@ void AddressBookLogic::load()
     try {
         m_farm = openSuiteDatabase();
         m_form = AddressForm(countryCode(), ::taxNumberCaption());
+        ++m_formRevision;
         m_helpFile = helpFolder() + u'/' + kHelpFileName;
         m_launch.helpFilePath = m_helpFile;
         m_helpTopic = helpContextId(QStringLiteral("AddressBook"));
         m_currentTab = firstTab();
         prepareTab(m_currentTab);
-        // Nothing is selected yet: each entry selects its own heading when shown.
-        store().listHeadings(m_entry.headingList());
+        // Each entry selects its own heading when shown; a list not read is told, not fatal.
+        reportedStep(ErrorOrigin::FillDaoVBCombo,
+                     [&] { store().listHeadings(m_entry.headingList()); });
         lookupDefaultBanks(*m_farm);
         readColourEntry(QStringLiteral("CvHeader"));
         m_headerColour = suiteColour();
@@ -138,9 +118,9 @@ void AddressBookLogic::activate()
         } else {
             m_editPaysEnabled = false;
             const bool currentOnly = Settings().EmployeeOnly();
-            // Assigning the box raises its click, which rebuilds the list.
-            if (m_employeeSwitchChecked != currentOnly)
-                clickEmployeeSwitch(currentOnly);
+            // Assigning the box is its click, but the list is built once, below.
+            if (m_employeeSwitchChecked != currentOnly && saveCurrentTab())
+                setEmployeeSwitch(currentOnly);
             m_letterStripEnabled = false;
             qint32 launchId = m_launch.currentAddressId;
             FillNameList(currentOnly, launchId, QStringLiteral("*"));
@@ -229,16 +209,21 @@ void AddressBookLogic::clickEmployeeSwitch(bool checked)
     try {
         if (!saveCurrentTab())
             return;
-        m_employeeSwitchChecked = checked;
-        m_employeeSwitchToolTip =
-            checked ? AddressTexts::ShowFormerEmployees : AddressTexts::HideFormerEmployees;
-        // A switch that cannot be stored still applies to this window.
-        writeAllEmployees(checked ? QStringLiteral("N") : QStringLiteral("Y"));
+        setEmployeeSwitch(checked);
         qint32 current = m_launch.currentAddressId;
         FillNameList(checked, current, QStringLiteral("*"));
     } catch (const CvError &e) {
         showErrorReport(e, origin("chk_employee_Click"));
     }
+}
+
+void AddressBookLogic::setEmployeeSwitch(bool checked)
+{
+    m_employeeSwitchChecked = checked;
+    m_employeeSwitchToolTip =
+        checked ? AddressTexts::ShowFormerEmployees : AddressTexts::HideFormerEmployees;
+    // A switch that cannot be stored still applies to this window.
+    writeAllEmployees(checked ? QStringLiteral("N") : QStringLiteral("Y"));
 }
 
 // ---- Showing an entry ------------------------------------------------------
@@ -304,7 +289,6 @@ void AddressBookLogic::EnableEditPays(bool wageFlag)
 
 void AddressBookLogic::editField(int field, const QString &text)
 {
-    Batch batch(*this);
     m_entry.edit(field, text);
 }
 
@@ -356,7 +340,6 @@ bool AddressBookLogic::SaveHeading()
 
 void AddressBookLogic::editNotes(const QString &text)
 {
-    Batch batch(*this);
     m_entry.editNotes(text);
 }
 

@@ -6,6 +6,7 @@
 #include "addressbook/shownentry.h"
 #include "config/suitecolour.h"
 #include "controls/combolist.h"
+#include "controls/windowlogic.h"
 
 #include <memory>
 #include <QObject>
@@ -35,8 +36,9 @@ class PayInformationTab;
 //
 // Errors: each event member and each of the window's procedures below catches
 // what fails under it and reports it once, naming itself; the private helpers
-// throw.
-class AddressBookLogic : public QObject
+// throw. The load names the filler of a heading list it could not read, and opens
+// the window without it.
+class AddressBookLogic : public WindowLogic
 {
     Q_OBJECT
 public:
@@ -80,7 +82,8 @@ public:
     void changeTab(int tab);
     // Ctrl+Tab: the next tab, the first after the last.
     void nextTab();
-    // A text box of the first tab changed by the user.
+    // A text box of the first tab changed by the user. No changed(): the view shows it
+    // already, so a keystroke costs the same whatever the size of the form or the book.
     void editField(int field, const QString &text);
     // Boxes 0 and 4 cannot be left empty: the view reports focus moves of
     // every box; the logic puts the old text back where needed.
@@ -89,11 +92,11 @@ public:
     void toggleFlag(Flag flag, bool on);
     // cmbHeading: the user picked the item at index.
     void chooseHeading(int index);
-    void editNotes(const QString &text);
-    void addEntry();       // cmdAdd
-    void deleteEntry();    // cmdDelete
-    void editPayDetails(); // cmdEditPays
-    void showHelp();       // F1
+    void editNotes(const QString &text); // no changed(), as editField
+    void addEntry();                     // cmdAdd
+    void deleteEntry();                  // cmdDelete
+    void editPayDetails();               // cmdEditPays
+    void showHelp();                     // F1
     // Form_QueryUnload: the window is about to close (cmdClose, Alt+F4 or the
     // title bar). Saves what the user changed; false when that could not be saved
     // and the user went back to it: the window then stays open.
@@ -189,22 +192,22 @@ public:
     Database *farmDatabase() const { return m_farm.get(); }
     Database *wageDatabase() const { return m_farm.get(); }
 
-    quint64 revision() const { return m_revision; }
+    // What a view copies only when it moved on: the form's texts and limits (set at
+    // load), and the shown entry's values other than the user's own edits.
+    quint64 formRevision() const { return m_formRevision; }
+    quint64 shownRevision() const { return m_entry.shownRevision(); }
 
 signals:
-    void changed();
     void busyChanged(bool busy);
     // After an Add, the focus goes to the address fields.
     void focusFieldRequested(int field);
 
 private:
-    class Batch;
-    friend class Batch;
-
-    void notifyChanged();
     Database &farm() const;
     AddressStore store() const { return AddressStore(farm()); }
     void setBusy(bool busy);
+    // The current employees switch and its stored setting; the caller rebuilds the list.
+    void setEmployeeSwitch(bool checked);
     void cmbNameClick();
     bool saveTab(int tab);
     bool saveEntry(bool withNotes);
@@ -244,6 +247,5 @@ private:
     bool m_helpOpen = false;
     bool m_busy = false;
 
-    quint64 m_revision = 0;
-    int m_batchDepth = 0;
+    quint64 m_formRevision = 0;
 };

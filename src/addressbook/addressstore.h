@@ -64,7 +64,8 @@ public:
     // currentOnly those with an Employees row not finished (no date or 0), in AddressID
     // order, once for each such row.
     void listEmployees(ComboList &list, bool currentOnly) const;
-    // The cashbook headings by name after a "None" item; nothing selected.
+    // The cashbook headings by name after a "None" item; nothing selected. Throws CvError
+    // when they cannot be read, keeping what was added.
     void listHeadings(ComboList &list) const;
 
     // The entry, or nothing when there is no such row.

@@ -25,6 +25,7 @@ bool ShownEntry::show(const AddressStore &store, qint32 id, bool flaggedOnly)
     if (!entry || (flaggedOnly && !entry->values.flags[WageFlag]))
         return false;
     m_values = m_stored = entry->values;
+    ++m_shownRevision;
     m_refused = {};
     m_id = id;
     // A heading that is no longer listed leaves the list as it was.
@@ -45,11 +46,13 @@ bool ShownEntry::show(const AddressStore &store, qint32 id, bool flaggedOnly)
 
 void ShownEntry::loadNotes(const AddressStore &store)
 {
+    ++m_shownRevision;
     m_notes = m_storedNotes = store.readNotes(m_id);
 }
 
 void ShownEntry::clear()
 {
+    ++m_shownRevision;
     m_values = {};
     m_stored = {};
     m_refused = {};
@@ -61,6 +64,7 @@ void ShownEntry::clear()
 
 void ShownEntry::clearNotes()
 {
+    ++m_shownRevision;
     m_notes.clear();
     m_storedNotes.clear();
 }
@@ -86,8 +90,10 @@ void ShownEntry::focusIn(int field)
 
 void ShownEntry::focusOut(int field)
 {
-    if (isProtected(field) && m_values.fields[std::size_t(field)].isEmpty())
+    if (isProtected(field) && m_values.fields[std::size_t(field)].isEmpty()) {
         m_values.fields[std::size_t(field)] = m_protectedText;
+        ++m_shownRevision;
+    }
 }
 
 void ShownEntry::chooseHeading(int index)
@@ -100,8 +106,10 @@ void ShownEntry::chooseHeading(int index)
 
 void ShownEntry::fillLastName()
 {
-    if (m_id != 0 && m_values.fields[ContactLastName].isEmpty())
+    if (m_id != 0 && m_values.fields[ContactLastName].isEmpty()) {
         m_values.fields[ContactLastName] = lastWord(m_values.fields[BusName]);
+        ++m_shownRevision;
+    }
 }
 
 QString ShownEntry::lastWord(const QString &name)
@@ -151,28 +159,26 @@ SaveOutcome ShownEntry::save(Database &db, bool withNotes)
     if (fields.empty() && flags.empty() && !m_headingChosen && !notesChanged)
         return SaveOutcome::Saved;
     const QString name = m_stored.fields[BusName];
-    std::vector<int> written;
+    AddressStore::Written written;
     const SaveOutcome outcome =
         saveChanges(db, name.isEmpty() ? QStringLiteral("this entry") : name, [&] {
             AddressStore store(db);
-            AddressStore::Written w = store.writeEntry(m_id, m_values, fields, flags);
-            // Told as the bound data source tells its own.
-            for (const AddressStore::Refusal &r : w.refused) {
-                m_refused[std::size_t(r.field)] = true;
-                showErrorReport(
-                    r.error,
-                    errorOrigin(QLatin1String("frmAddresses"), QLatin1String("datPrimaryRS_Error")),
-                    QStringLiteral("Error %1 Error").arg(r.error.number()));
-            }
-            written = std::move(w.fields);
+            written = store.writeEntry(m_id, m_values, fields, flags);
             if (m_headingChosen)
                 saveHeading(store);
             if (notesChanged)
                 store.writeNotes(m_id, m_notes);
         });
+    // Told once the save is over, as the bound data source tells its own: a message
+    // shown inside the transaction would hold both files while the user reads it.
+    for (const AddressStore::Refusal &r : written.refused) {
+        m_refused[std::size_t(r.field)] = true;
+        showErrorReport(r.error, ErrorOrigin::PrimaryRsError,
+                        QStringLiteral("Error %1 Error").arg(r.error.number()));
+    }
     switch (outcome) {
     case SaveOutcome::Saved:
-        for (int i : written)
+        for (int i : written.fields)
             m_stored.fields[std::size_t(i)] = m_values.fields[std::size_t(i)];
         m_stored.flags = m_values.flags;
         m_storedHeadingIndex = m_headingList.listIndex();
@@ -183,6 +189,7 @@ SaveOutcome ShownEntry::save(Database &db, bool withNotes)
     case SaveOutcome::Discarded:
         // The entry as it was read comes back, without reading it again (the file
         // may still be held).
+        ++m_shownRevision;
         m_values = m_stored;
         m_refused = {};
         if (m_headingChosen) {

@@ -23,6 +23,9 @@ public:
     const ComboList &headingList() const { return m_headingList; }
     ComboList &headingList() { return m_headingList; }
     QString notes() const { return m_notes; }
+    // Moves on whenever the values, flags or notes change other than by the user's
+    // own edits, which the view already shows.
+    quint64 shownRevision() const { return m_shownRevision; }
 
     // Reads the entry; with flaggedOnly only one flagged for the wage book. False when
     // there is no such entry: the one shown stays. The caller has saved the one shown.
@@ -71,4 +74,5 @@ private:
     int m_storedHeadingIndex = -1; // the list's item for the entry as it was read
     QString m_notes;
     QString m_storedNotes; // as read, to write them only when the user changed them
+    quint64 m_shownRevision = 0;
 };

@@ -8,12 +8,14 @@ void ComboList::clear()
     m_index = -1;
     m_text.clear();
     ++m_revision;
+    ++m_itemsRevision;
 }
 
 void ComboList::addItem(const QString &text, qint32 data)
 {
     m_items.push_back({text, data});
     ++m_revision;
+    ++m_itemsRevision;
 }
 
 void ComboList::setItemData(int index, qint32 data)
@@ -23,6 +25,7 @@ void ComboList::setItemData(int index, qint32 data)
                       "Invalid procedure call or argument");
     m_items[std::size_t(index)].data = data;
     ++m_revision;
+    ++m_itemsRevision;
 }
 
 void ComboList::setListIndex(int index)

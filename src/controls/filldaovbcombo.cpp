@@ -1,16 +1,13 @@
 #include "controls/filldaovbcombo.h"
 
 #include "controls/combolist.h"
+#include "core/conversions.h"
 #include "core/cverror.h"
+#include "core/numerictext.h"
 #include "data/database.h"
 #include "data/money.h"
 #include "data/recordset.h"
 #include "data/serialdate.h"
-#include "core/conversions.h"
-#include "messages/errorreport.h"
-#include "messages/messageservice.h"
-#include "core/numerictext.h"
-#include "config/settings.h"
 
 #include <QDateTime>
 
@@ -18,22 +15,6 @@ namespace {
 
 constexpr int InvalidUseOfNull = 94;
 const QLatin1String Source("FillDaoVBCombo");
-
-// A field's value as the list shows it: numbers plainly, yes/no as True/False.
-QString fieldText(const QVariant &value)
-{
-    switch (value.metaType().id()) {
-    case QMetaType::Bool:
-        return value.toBool() ? QStringLiteral("True") : QStringLiteral("False");
-    case QMetaType::Double:
-        return QString::number(value.toDouble(), 'g', 15);
-    default:
-        break;
-    }
-    if (value.metaType() == QMetaType::fromType<Money>())
-        return value.value<Money>().toPlainString();
-    return value.toString();
-}
 
 // A field's value as a number, for comparing and converting identifiers. Text must be
 // numeric; anything else is a type mismatch, as it is when the platform compares or
@@ -84,89 +65,48 @@ void FillDaoVBCombo(Database &db, ComboList &list, const QString &query, qint32 
                     bool addNone, QString noneText, bool matchZero, bool useItemData,
                     bool leaveSelection)
 {
-    try {
-        Recordset rs(db, query, Recordset::Snapshot);
-        if (noneText.isEmpty())
-            noneText = QStringLiteral("None");
-        const int shownField = useItemData ? 1 : 0;
+    Recordset rs(db, query, Recordset::Snapshot);
+    if (noneText.isEmpty())
+        noneText = QStringLiteral("None");
+    const int shownField = useItemData ? 1 : 0;
 
-        list.clear();
-        int selectIndex = 0;
-        if (addNone)
-            list.addItem(noneText, 0); // item data 0 whether or not item data is used
+    list.clear();
+    int selectIndex = 0;
+    if (addNone)
+        list.addItem(noneText, 0); // item data 0 whether or not item data is used
 
-        while (!rs.eof()) {
-            const QVariant shown = rs.value(shownField);
-            if (!shown.isNull()) {
-                const QVariant id = rs.value(0);
-                list.addItem(fieldText(shown));
-                const int added = list.count() - 1;
-                if (useItemData)
-                    list.setItemData(added, identifierToInt32(id));
-                if (selectedId != 0) {
-                    if (identifierEquals(id, selectedId))
-                        selectIndex = added;
-                } else if (matchZero && identifierEquals(id, 0)) {
+    while (!rs.eof()) {
+        const QVariant shown = rs.value(shownField);
+        if (!shown.isNull()) {
+            const QVariant id = rs.value(0);
+            list.addItem(fieldDisplayText(shown));
+            const int added = list.count() - 1;
+            if (useItemData)
+                list.setItemData(added, identifierToInt32(id));
+            if (selectedId != 0) {
+                if (identifierEquals(id, selectedId))
                     selectIndex = added;
-                }
+            } else if (matchZero && identifierEquals(id, 0)) {
+                selectIndex = added;
             }
-            rs.moveNext();
         }
-
-        if (!leaveSelection && list.count() > 0 && list.listIndex() < 0)
-            list.setListIndex(selectIndex);
-    } catch (const CvError &error) {
-        showErrorReport(error, ErrorOrigin::FillDaoVBCombo);
+        rs.moveNext();
     }
-}
 
-QString GridColumn::displayText(const QVariant &value) const
-{
-    for (const GridValueItem &item : valueItems) {
-        if (item.value == value)
-            return item.displayName;
-    }
-    return fieldText(value);
-}
-
-GridColumn &GridColumns::column(int index)
-{
-    if (index < 0 || index >= count())
-        throw CvError(CvError::SubscriptOutOfRange, QStringLiteral("GridColumns"),
-                      QStringLiteral("Subscript out of range"));
-    return columns[std::size_t(index)];
-}
-
-const GridColumn &GridColumns::column(int index) const
-{
-    return const_cast<GridColumns *>(this)->column(index);
-}
-
-void setGridColumnCaptions(GridColumns &grid, const QVariantList &captions)
-{
-    for (qsizetype i = 0; i + 1 < captions.size(); ++i) {
-        if (!captions[i].isNull())
-            grid.column(int(i)).caption = fieldText(captions[i]);
-    }
+    if (!leaveSelection && list.count() > 0 && list.listIndex() < 0)
+        list.setListIndex(selectIndex);
 }
 
 void fillGridColumnValueList(GridColumns &grid, const QString &query, int column, Database &db,
                              const QString &displayField, const QString &boundField,
-                             const QString &tableName, const GridValueListOptions &options)
+                             const GridValueListOptions &options)
 {
     GridColumn &target = grid.column(column);
     target.options = options;
     target.valueItems.clear();
     std::vector<GridValueItem> items;
-    try {
-        Recordset rs(db, query, Recordset::Snapshot);
-        for (; !rs.eof(); rs.moveNext())
-            items.push_back({rs.value(boundField), fieldText(rs.value(displayField))});
-    } catch (const CvError &) {
-        // An older data file lacks the table or a column the query names.
-        SuiteMessageBox("Database out of date, problem reading " + tableName, 0, FirmName(),
-                        QStringLiteral("An Error has Occurred"), QString(), 6, true);
-        return;
-    }
+    Recordset rs(db, query, Recordset::Snapshot);
+    for (; !rs.eof(); rs.moveNext())
+        items.push_back({rs.value(boundField), fieldDisplayText(rs.value(displayField))});
     target.valueItems = std::move(items);
 }

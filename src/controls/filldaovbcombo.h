@@ -1,14 +1,15 @@
 #pragma once
 
+#include "controls/gridcolumns.h"
+
 #include <QLatin1String>
 #include <QString>
-#include <QVariant>
-#include <QVariantList>
-#include <vector>
 
 class ComboList;
 class Database;
 
+// The origin under which a procedure reports a list it could not fill, before it goes on
+// with the list as far as it got.
 namespace ErrorOrigin {
 inline constexpr QLatin1String
     FillDaoVBCombo(") was generated in CommonCode.DAOVBCombo.FillDaoVBCombo");
@@ -22,62 +23,15 @@ inline constexpr QLatin1String
 // none item when addNone is set ("None" when noneText is empty). leaveSelection leaves the
 // list with nothing selected, for a caller that selects by its own rule.
 //
-// A failure is reported to the user and ends the fill: the list keeps what was added.
+// A failure throws CvError and ends the fill: the list keeps what was added.
 void FillDaoVBCombo(Database &db, ComboList &list, const QString &query, qint32 selectedId,
                     bool addNone, QString noneText, bool matchZero, bool useItemData,
                     bool leaveSelection);
 
-// One entry of a grid column's drop-down: the grid stores value and shows displayName.
-struct GridValueItem
-{
-    QVariant value;
-    QString displayName;
-
-    bool operator==(const GridValueItem &) const = default;
-};
-
-// How the view presents a column's value list; the logic only keeps it.
-struct GridValueListOptions
-{
-    bool dropDownOnly = true;    // the user picks from the list and cannot type
-    bool sorted = false;         // the view sorts the names
-    bool translateValues = true; // cells show the name for the stored value
-    int maxVisibleItems = 8;
-};
-
-struct GridColumn
-{
-    QString caption;
-    std::vector<GridValueItem> valueItems; // empty: a plain column
-    GridValueListOptions options;
-
-    // The name shown for a stored value, or the value's own text when it is not listed.
-    QString displayText(const QVariant &value) const;
-};
-
-// A grid's columns as the logic sets them up; the view builds its header and delegates from
-// this.
-struct GridColumns
-{
-    explicit GridColumns(int count = 0) : columns(std::size_t(count)) {}
-
-    int count() const { return int(columns.size()); }
-    // Throws CvError 9 when there is no such column.
-    GridColumn &column(int index);
-    const GridColumn &column(int index) const;
-
-    std::vector<GridColumn> columns;
-};
-
-// Sets the captions of columns 0 to captions.size() - 2 from captions, leaving a column
-// whose element is null as it was. The last element is never used: callers pass one more
-// element than they have columns.
-void setGridColumnCaptions(GridColumns &grid, const QVariantList &captions);
-
 // Fills the column's value list from the query on db:
 // boundField is the value the grid stores, displayField the name it shows. When the query
-// cannot be read the user is told "Database out of date, problem reading " + tableName and
-// the list is left empty.
+// cannot be read (an older data file lacks the table or a column it names) the list is left
+// empty and CvError thrown; the procedure tells the user with msgDatabaseOutOfDate.
 void fillGridColumnValueList(GridColumns &grid, const QString &query, int column, Database &db,
                              const QString &displayField, const QString &boundField,
-                             const QString &tableName, const GridValueListOptions &options = {});
+                             const GridValueListOptions &options = {});

@@ -6,14 +6,9 @@
 
 namespace {
 
-constexpr qint32 kOkOnly = 0;
-constexpr qint32 kYesNo = 4;
-constexpr int kInformation = 6;
-constexpr int kQuestion = 9;
-
 void inform(const QString &prompt, const QString &title, const QVariant &heading = QVariant())
 {
-    SuiteMessageBox(prompt, kOkOnly, FirmName(), title, heading, kInformation, true);
+    SuiteMessageBox(prompt, ButtonsOk, FirmName(), title, heading, IconInformation, true);
 }
 
 } // namespace
@@ -25,8 +20,8 @@ void msgSelectionRequired()
 
 void msgSelectionRequiredPayDetails()
 {
-    SuiteMessageBox("Select Record From The List", kOkOnly, QString(), "Selection Required",
-                    QVariant(), kInformation, true);
+    SuiteMessageBox("Select Record From The List", ButtonsOk, QString(), "Selection Required",
+                    QVariant(), IconInformation, true);
 }
 
 void msgNoNameEntered()
@@ -36,8 +31,8 @@ void msgNoNameEntered()
 
 bool msgConfirmDeletion(const QVariant &name)
 {
-    return SuiteMessageBox(Translate("Are you sure you want to delete |0|", {name}), kYesNo,
-                           FirmName(), "Confirm Deletion?", QVariant(), kQuestion,
+    return SuiteMessageBox(Translate("Are you sure you want to delete |0|", {name}), ButtonsYesNo,
+                           FirmName(), "Confirm Deletion?", QVariant(), IconQuestion,
                            true) == ResultYes;
 }
 
@@ -57,6 +52,12 @@ void msgWagesAndCashbookExist(const QVariant &name)
 {
     inform(Translate("Need to delete Cashbook and Wagebook entries for |0| first", {name}),
            "Cannot Delete Employee", "Wages/Cashbook Data Exists");
+}
+
+void msgDatabaseOutOfDate(const QString &tableName)
+{
+    SuiteMessageBox("Database out of date, problem reading " + tableName, ButtonsOk, FirmName(),
+                    QStringLiteral("An Error has Occurred"), QString(), IconInformation, true);
 }
 
 void msgDataError(const QVariant &errorText)

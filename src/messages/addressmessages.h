@@ -23,5 +23,7 @@ bool msgConfirmDeletion(const QVariant &name);
 void msgWagesExist(const QVariant &name);
 void msgCashbookDataExists(const QVariant &name);
 void msgWagesAndCashbookExist(const QVariant &name);
+// A table or column the query of a grid's drop-down names is missing: an older data file.
+void msgDatabaseOutOfDate(const QString &tableName);
 // A data control's error, with the error's own text.
 void msgDataError(const QVariant &errorText);

@@ -22,3 +22,14 @@ void showErrorReport(int number, const QString &description, const QString &orig
                     FirmName() + " Error", "An Error has Occurred",
                     heading.isEmpty() ? "Error " + code : heading, IconInformation, true);
 }
+
+bool reportedStep(const QString &origin, const std::function<void()> &step)
+{
+    try {
+        step();
+        return true;
+    } catch (const CvError &error) {
+        showErrorReport(error, origin);
+        return false;
+    }
+}

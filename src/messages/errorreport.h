@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <QLatin1String>
 #include <QString>
 
@@ -29,3 +30,8 @@ void showErrorReport(const CvError &error, const QString &origin,
                      const QString &heading = QString());
 void showErrorReport(int number, const QString &description, const QString &origin,
                      const QString &heading = QString());
+
+// One step of a procedure that the suite reports under the step's own origin and then goes
+// on without (a list filled as far as it got, a default of 0): the procedure catches the
+// step's CvError here and reports it. False when the step failed.
+bool reportedStep(const QString &origin, const std::function<void()> &step);

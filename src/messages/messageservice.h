@@ -26,7 +26,7 @@ enum MessageResult : qint16 {
 struct MessageRequest
 {
     QString prompt;
-    qint32 buttons = 0; // a MessageButtons value
+    qint32 buttons = ButtonsOk; // a MessageButtons value
     QString caption;
     QString title;
     QString heading;                // ampersands already doubled by SuiteMessageBox

@@ -1,8 +1,8 @@
 #include "paydetails/deductiongrid.h"
 
 #include "core/cverror.h"
-#include "data/money.h"
 #include "core/numerictext.h"
+#include "data/money.h"
 
 #include <QLocale>
 
@@ -32,13 +32,13 @@ void DeductionGrid::setValue(int row, int column, const QVariant &value)
             stored = QVariant(qint64(*n));
     }
     m_rows[std::size_t(row)][std::size_t(column)] = stored;
-    touch();
+    markChanged();
 }
 
 int DeductionGrid::addRow()
 {
     m_rows.emplace_back(std::size_t(ColumnCount));
-    touch();
+    markChanged();
     return rowCount() - 1;
 }
 
@@ -46,7 +46,7 @@ void DeductionGrid::removeRow(int row)
 {
     checkCell(row, 0);
     m_rows.erase(m_rows.begin() + row);
-    touch();
+    markChanged();
 }
 
 void DeductionGrid::setRows(std::vector<std::vector<QVariant>> rows)
@@ -54,13 +54,13 @@ void DeductionGrid::setRows(std::vector<std::vector<QVariant>> rows)
     for (auto &row : rows)
         row.resize(std::size_t(ColumnCount));
     m_rows = std::move(rows);
-    touch();
+    markChanged();
 }
 
 void DeductionGrid::clear()
 {
     m_rows.clear();
-    touch();
+    markChanged();
 }
 
 QString DeductionGrid::displayText(int row, int column) const

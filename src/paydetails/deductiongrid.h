@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controls/filldaovbcombo.h"
+#include "controls/gridcolumns.h"
 
 #include <optional>
 #include <QString>
@@ -81,7 +81,7 @@ public:
     // Goes up on every change of rows, cells, columns or list, so a view can tell it is
     // stale.
     quint64 revision() const { return m_revision; }
-    void touch() { ++m_revision; }
+    void markChanged() { ++m_revision; }
 
 private:
     void checkCell(int row, int column) const;

@@ -2,12 +2,11 @@
 
 #include "controls/filldaovbcombo.h"
 #include "core/cverror.h"
+#include "core/numerictext.h"
 #include "data/database.h"
 #include "data/money.h"
 #include "data/recordset.h"
 #include "paydetails/deductiongrid.h"
-#include "messages/errorreport.h"
-#include "core/numerictext.h"
 
 #include <algorithm>
 #include <QLocale>
@@ -48,43 +47,6 @@ QVariant gridCell(const QVariant &value, JetType type)
     }
 }
 
-void fillgridarray(Database &wage, const QString &query, DeductionGrid &grid)
-{
-    try {
-        Recordset rs(wage, query, Recordset::Snapshot);
-        std::vector<std::vector<QVariant>> rows;
-        rows.reserve(std::size_t(rs.recordCount()));
-        for (; !rs.eof(); rs.moveNext()) {
-            std::vector<QVariant> row;
-            for (int i = 0; i < rs.fieldCount(); ++i)
-                row.push_back(gridCell(rs.value(i), rs.field(i).type));
-            rows.push_back(std::move(row));
-        }
-        grid.setRows(std::move(rows));
-    } catch (const CvError &error) {
-        showErrorReport(error, ErrorOrigin::FillGridArray);
-    }
-}
-
-void FillpayInfoArray(Database &wage, const QString &query, DeductionGrid &grid)
-{
-    auto &table = grid.percentages();
-    table.clear();
-    try {
-        Recordset rs(wage, query, Recordset::Snapshot);
-        if (rs.eof())
-            return;
-        // One slot more than there are names; the last stays zero.
-        table.assign(std::size_t(rs.recordCount()) + 1, DeductionPercentage{});
-        for (std::size_t i = 0; !rs.eof(); ++i, rs.moveNext()) {
-            table[i].deductNameId = qint32(rs.value(0).toLongLong());
-            table[i].percentage = rs.value(1).toFloat();
-        }
-    } catch (const CvError &error) {
-        showErrorReport(error, ErrorOrigin::FillPayInfoArray);
-    }
-}
-
 } // namespace
 
 qint32 wholePercentageByQuery(Database &db, const QString &query)
@@ -99,43 +61,69 @@ qint32 wholePercentageByQuery(Database &db, const QString &query)
     return *rounded;
 }
 
+void fillDeductionRows(Database &wage, qint32 employeeId, DeductionGrid &grid)
+{
+    grid.setBaseQuery(BaseQuery);
+    const QString id = QString::number(employeeId);
+    // AND binds tighter than OR: the employee's rows whose name is not KiwiSaver's, or has
+    // no tax name at all (a Null never compares unequal).
+    const QString rowsQuery = BaseQuery + "WHERE EmployeeID=" + id +
+                              " AND DeductID > 0 AND DeductNames.TaxName <> \"KiwiSaver\"" +
+                              " OR " + "EmployeeID=" + id +
+                              " AND DeductID > 0 AND DeductNames.TaxName is Null";
+    grid.clear();
+    Recordset rs(wage, rowsQuery, Recordset::Snapshot);
+    std::vector<std::vector<QVariant>> rows;
+    rows.reserve(std::size_t(rs.recordCount()));
+    for (; !rs.eof(); rs.moveNext()) {
+        std::vector<QVariant> row;
+        for (int i = 0; i < rs.fieldCount(); ++i)
+            row.push_back(gridCell(rs.value(i), rs.field(i).type));
+        rows.push_back(std::move(row));
+    }
+    grid.setRows(std::move(rows));
+}
+
+void fillDeductionList(Database &wage, DeductionGrid &grid, qint32 countryCode)
+{
+    setGridColumnCaptions(grid.columns(),
+                          {QStringLiteral("EmployeeDeductID"), QStringLiteral("Deduction"),
+                           QStringLiteral("Fixed Amount"), QStringLiteral("Percent"), QVariant()});
+    grid.markChanged();
+    const QString listQuery =
+        QStringLiteral("select DeductNameID, DeductionName from DeductNames where "
+                       "DeductNames.TaxName <> \"KiwiSaver\"") +
+        " Or DeductNames.CountryPhone = 0 Or DeductNames.CountryPhone = " +
+        QString::number(countryCode) + " And TaxName Is Null " +
+        "ORDER BY DeductNames.Deductionname";
+    fillGridColumnValueList(grid.columns(), listQuery, DeductionGrid::DeductIdColumn, wage,
+                            QStringLiteral("DeductionName"), QStringLiteral("DeductNameID"));
+    grid.markChanged();
+}
+
+void fillDeductionPercentages(Database &wage, DeductionGrid &grid)
+{
+    auto &table = grid.percentages();
+    table.clear();
+    grid.markChanged();
+    Recordset rs(wage,
+                 QStringLiteral("Select distinctrow DeductNameID, Percentage from DeductNames"),
+                 Recordset::Snapshot);
+    if (rs.eof())
+        return;
+    // One slot more than there are names; the last stays zero.
+    table.assign(std::size_t(rs.recordCount()) + 1, DeductionPercentage{});
+    for (std::size_t i = 0; !rs.eof(); ++i, rs.moveNext()) {
+        table[i].deductNameId = qint32(rs.value(0).toLongLong());
+        table[i].percentage = rs.value(1).toFloat();
+    }
+}
+
 void FillDeductGrid(Database &wage, qint32 employeeId, DeductionGrid &grid, qint32 countryCode)
 {
-    try {
-        grid.setBaseQuery(BaseQuery);
-        const QString id = QString::number(employeeId);
-        // AND binds tighter than OR: the employee's rows whose name is not KiwiSaver's,
-        // or has no tax name at all (a Null never compares unequal).
-        const QString rowsQuery = BaseQuery + "WHERE EmployeeID=" + id +
-                                  " AND DeductID > 0 AND DeductNames.TaxName <> \"KiwiSaver\"" +
-                                  " OR " + "EmployeeID=" + id +
-                                  " AND DeductID > 0 AND DeductNames.TaxName is Null";
-        grid.clear();
-        fillgridarray(wage, rowsQuery, grid);
-
-        setGridColumnCaptions(grid.columns(),
-                              {QStringLiteral("EmployeeDeductID"), QStringLiteral("Deduction"),
-                               QStringLiteral("Fixed Amount"), QStringLiteral("Percent"),
-                               QVariant()});
-
-        const QString listQuery =
-            QStringLiteral("select DeductNameID, DeductionName from DeductNames where "
-                           "DeductNames.TaxName <> \"KiwiSaver\"") +
-            " Or DeductNames.CountryPhone = 0 Or DeductNames.CountryPhone = " +
-            QString::number(countryCode) + " And TaxName Is Null " +
-            "ORDER BY DeductNames.Deductionname";
-        fillGridColumnValueList(grid.columns(), listQuery, DeductionGrid::DeductIdColumn,
-                                wage, QStringLiteral("DeductionName"),
-                                QStringLiteral("DeductNameID"), QStringLiteral("DeductNames"));
-
-        FillpayInfoArray(wage,
-                         QStringLiteral("Select distinctrow DeductNameID, Percentage from "
-                                        "DeductNames"),
-                         grid);
-        grid.touch();
-    } catch (const CvError &error) {
-        showErrorReport(error, ErrorOrigin::FillDeductGrid);
-    }
+    fillDeductionRows(wage, employeeId, grid);
+    fillDeductionList(wage, grid, countryCode);
+    fillDeductionPercentages(wage, grid);
 }
 
 float percentageLookup(const DeductionGrid &grid, qint32 deductNameId)

@@ -7,17 +7,25 @@
 class Database;
 class DeductionGrid;
 
+// The origins under which a procedure reports a part of the grid it could not load, before
+// it goes on to the next part.
 namespace ErrorOrigin {
-inline constexpr QLatin1String FillDeductGrid(") was generated in basDeductions.FillDeductGrid");
 inline constexpr QLatin1String FillGridArray(") was generated in basDeductions.fillgridarray");
 inline constexpr QLatin1String
     FillPayInfoArray(") was generated in basDeductions.FillpayInfoArray");
 } // namespace ErrorOrigin
 
-// Loads the employee's ordinary deductions (KiwiSaver rows are kept out) into grid, with
-// its captions, the deduction drop-down for the country and the percentage table. A
-// failure is reported to the user and leaves the grid with what was loaded; it is not
-// thrown.
+// Loading the deductions grid, in three parts. Each throws CvError when its query cannot be
+// read and leaves the grid with what was loaded, so that a procedure can report one part and
+// go on to the next.
+// The employee's ordinary deductions (KiwiSaver rows are kept out).
+void fillDeductionRows(Database &wage, qint32 employeeId, DeductionGrid &grid);
+// The captions and the deduction drop-down for the country; the drop-down is empty after a
+// failure (msgDatabaseOutOfDate tells the user).
+void fillDeductionList(Database &wage, DeductionGrid &grid, qint32 countryCode);
+// The table of default percentages.
+void fillDeductionPercentages(Database &wage, DeductionGrid &grid);
+// All three; throws at the first failure.
 void FillDeductGrid(Database &wage, qint32 employeeId, DeductionGrid &grid, qint32 countryCode);
 
 // After the user edited (row, column): a chosen deduction brings its default percentage;

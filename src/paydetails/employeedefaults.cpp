@@ -1,11 +1,10 @@
 #include "paydetails/employeedefaults.h"
 
+#include "config/suiteconfig.h"
 #include "core/cverror.h"
 #include "data/database.h"
 #include "data/jetsql.h"
 #include "data/recordset.h"
-#include "messages/errorreport.h"
-#include "config/suiteconfig.h"
 
 namespace {
 
@@ -23,16 +22,11 @@ void addSeedRow(Recordset &rs, std::initializer_list<std::pair<const char *, QVa
 
 qint32 DefaultEmployeeTypeID(Database &wage)
 {
-    try {
-        Recordset rs(wage, QStringLiteral("EmployeeAwardType"));
-        if (rs.eof())
-            addSeedRow(rs, {{"EmployeeType", QStringLiteral("Shearer")},
-                            {"Unitofpay", QStringLiteral("Head")}});
-        return qint32(rs.value(QStringLiteral("EmployeetypeID")).toLongLong());
-    } catch (const CvError &e) {
-        showErrorReport(e, QStringLiteral(") was generated in DefaultEmployeeTypeID"));
-        return 0;
-    }
+    Recordset rs(wage, QStringLiteral("EmployeeAwardType"));
+    if (rs.eof())
+        addSeedRow(rs, {{"EmployeeType", QStringLiteral("Shearer")},
+                        {"Unitofpay", QStringLiteral("Head")}});
+    return qint32(rs.value(QStringLiteral("EmployeetypeID")).toLongLong());
 }
 
 qint32 DefaultTaxTypeID(Database &wage)
@@ -42,66 +36,44 @@ qint32 DefaultTaxTypeID(Database &wage)
 
 qint32 DefaultTaxTypeID(Database &wage, qint32 country)
 {
-    try {
-        Recordset rs(wage, "select top 1 taxtypeid, Taxname, Order from TaxTypes where "
-                           "CountryPhone = " +
-                               QString::number(country) +
-                               " or CountryPhone=0 order by taxTypes.order");
-        if (rs.eof())
-            addSeedRow(rs, {{"TaxName", QStringLiteral("General")}, {"Order", 0}});
-        return qint32(rs.value(QStringLiteral("TaxTypeID")).toLongLong());
-    } catch (const CvError &e) {
-        showErrorReport(e, QStringLiteral(") was generated in DefaultTaxTypeID"));
-        return 0;
-    }
+    Recordset rs(wage, "select top 1 taxtypeid, Taxname, Order from TaxTypes where "
+                       "CountryPhone = " +
+                           QString::number(country) + " or CountryPhone=0 order by taxTypes.order");
+    if (rs.eof())
+        addSeedRow(rs, {{"TaxName", QStringLiteral("General")}, {"Order", 0}});
+    return qint32(rs.value(QStringLiteral("TaxTypeID")).toLongLong());
 }
 
 qint32 DefaultPayIntervalID(Database &wage)
 {
-    try {
-        Recordset rs(wage, QStringLiteral("PayInterval"));
-        if (rs.eof())
-            addSeedRow(rs, {{"IntervalName", QStringLiteral("Weekly")},
-                            {"NumberOfDays", 7},
-                            {"PaysPerYear", 52.14},
-                            {"Order", 1}});
-        return qint32(rs.value(QStringLiteral("PayIntervalID")).toLongLong());
-    } catch (const CvError &e) {
-        showErrorReport(e, QStringLiteral(") was generated in DefaultPayIntervalID"));
-        return 0;
-    }
+    Recordset rs(wage, QStringLiteral("PayInterval"));
+    if (rs.eof())
+        addSeedRow(rs, {{"IntervalName", QStringLiteral("Weekly")},
+                        {"NumberOfDays", 7},
+                        {"PaysPerYear", 52.14},
+                        {"Order", 1}});
+    return qint32(rs.value(QStringLiteral("PayIntervalID")).toLongLong());
 }
 
 qint32 KiwiSaverDeductID(Database &wage, qint32 employeeId)
 {
-    try {
-        Recordset rs(wage,
-                     "SELECT EmployeeDeductions.* From EmployeeDeductions "
-                     "WHERE EmployeeDeductions.EmployeeID=" +
-                         QString::number(employeeId) +
-                         " AND EmployeeDeductions.TaxName=\"kiwisaver\"",
-                     Recordset::Snapshot);
-        if (rs.eof())
-            return 0;
-        return qint32(rs.value(QStringLiteral("DeductID")).toLongLong());
-    } catch (const CvError &e) {
-        showErrorReport(e, QStringLiteral(") was generated in KiwiSaverDeductID"));
+    Recordset rs(wage,
+                 "SELECT EmployeeDeductions.* From EmployeeDeductions "
+                 "WHERE EmployeeDeductions.EmployeeID=" +
+                     QString::number(employeeId) + " AND EmployeeDeductions.TaxName=\"kiwisaver\"",
+                 Recordset::Snapshot);
+    if (rs.eof())
         return 0;
-    }
+    return qint32(rs.value(QStringLiteral("DeductID")).toLongLong());
 }
 
 bool IsKiwiSaverMemberType(Database &wage, const QString &enrolType)
 {
-    try {
-        Recordset rs(wage,
-                     "SELECT KiwiSaverEnrollType.* From KiwiSaverEnrollType "
-                     "WHERE KiwiSaverEnrollType.KSEnrollType=" +
-                         JetSql::quote(enrolType),
-                     Recordset::Snapshot);
-        // No test for an empty result: an unknown type is reported as no current record.
-        return rs.value(QStringLiteral("KSMember")).toBool();
-    } catch (const CvError &e) {
-        showErrorReport(e, QStringLiteral(") was generated in IsKiwiSaverMemberType"));
-        return false;
-    }
+    Recordset rs(wage,
+                 "SELECT KiwiSaverEnrollType.* From KiwiSaverEnrollType "
+                 "WHERE KiwiSaverEnrollType.KSEnrollType=" +
+                     JetSql::quote(enrolType),
+                 Recordset::Snapshot);
+    // No test for an empty result: an unknown type fails as no current record.
+    return rs.value(QStringLiteral("KSMember")).toBool();
 }

@@ -1,25 +1,27 @@
 #include "paydetails/paydetailseditor.h"
 
+#include "config/settings.h"
+#include "config/suiteconfig.h"
+#include "config/suitedatabase.h"
 #include "controls/filldaovbcombo.h"
+#include "core/clock.h"
 #include "core/cverror.h"
 #include "data/database.h"
 #include "data/money.h"
 #include "data/recordset.h"
 #include "data/serialdate.h"
+#include "messages/addressmessages.h"
+#include "messages/errorreport.h"
+#include "messages/messageservice.h"
+#include "messages/savechanges.h"
 #include "paydetails/changelog.h"
 #include "paydetails/deductiongrid.h"
 #include "paydetails/deductions.h"
 #include "paydetails/employeedefaults.h"
 #include "paydetails/kiwisaver.h"
-#include "paydetails/paylists.h"
-#include "core/clock.h"
-#include "messages/errorreport.h"
-#include "messages/messageservice.h"
 #include "paydetails/payeinfo.h"
-#include "messages/savechanges.h"
-#include "config/settings.h"
-#include "config/suiteconfig.h"
-#include "config/suitedatabase.h"
+#include "paydetails/payfields.h"
+#include "paydetails/paylists.h"
 
 namespace {
 
@@ -36,70 +38,53 @@ const char *const kListColumns[PayDetailsEditor::ListCount] = {
 const QString kPleaseSelect = QStringLiteral("<Please Select>");
 constexpr qint32 kDefaultEnrolType = 6;
 
-bool isDateField(int field)
-{
-    return field == PayDetailsEditor::Birthdate || field == PayDetailsEditor::Datehired ||
-           field == PayDetailsEditor::Datefinished;
-}
-
-bool isMoneyField(int field)
-{
-    return field == PayDetailsEditor::PayRate || field == PayDetailsEditor::Yearlytotal;
-}
-
-bool hasPicker(int field)
-{
-    return isDateField(field) || field == PayDetailsEditor::KiwiSaverStartDate;
-}
-
-std::optional<QDate> typedDate(const QString &text)
-{
-    const auto parsed = SerialDate::parse(text);
-    return parsed ? std::optional<QDate>(parsed->date()) : std::nullopt;
-}
-
 QString employeeQuery(qint32 addressId)
 {
     return "Select Distinctrow * from Employees where AddressID = " + QString::number(addressId);
 }
 
-// What the user calls a text field in a message.
-QString fieldName(int field)
+// A default the suite reports under the look-up's own name when it cannot be read, and then
+// goes on with 0.
+qint32 lookedUp(QLatin1String origin, const std::function<qint32()> &lookUp)
 {
-    switch (field) {
-    case PayDetailsEditor::Birthdate:
-        return QStringLiteral("Birth Date");
-    case PayDetailsEditor::PayRate:
-        return QStringLiteral("Pay Rate");
-    case PayDetailsEditor::Yearlytotal:
-        return QStringLiteral("Salary");
-    case PayDetailsEditor::Datehired:
-        return QStringLiteral("Date Hired");
-    case PayDetailsEditor::Datefinished:
-        return QStringLiteral("Date Finished");
-    case PayDetailsEditor::KiwiSaverStartDate:
-        return QStringLiteral("KiwiSaver Start Date");
-    default:
-        return QString();
+    qint32 id = 0;
+    reportedStep(origin, [&] { id = lookUp(); });
+    return id;
+}
+
+// The cashbook heading proposed for wages. A main file whose setting cannot be read is
+// reported as the suite always has (under the PAYE look-up, headed with the setting's name),
+// and the INI's value serves.
+qint32 proposedHeading(Database &farm)
+{
+    const QString column = QStringLiteral("WageAccount");
+    QVariant setting;
+    try {
+        setting = PayeInfo(farm, column, iniWageAccount());
+    } catch (const CvError &e) {
+        showErrorReport(e, ErrorOrigin::PayeInfo, payeInfoHeading(e, column));
     }
-}
-
-QString notMoney(const QString &typed, const QString &field)
-{
-    return QStringLiteral("\"%1\" is not an amount of money.\n\n%2 takes an amount such as "
-                          "25.50 or $1,250.00.")
-        .arg(typed, field);
-}
-
-void tellUser(const QString &title, const QString &prompt)
-{
-    SuiteMessageBox(prompt, ButtonsOk, FirmName(), title, QVariant(), 6, true);
+    return wageAccount(setting);
 }
 
 } // namespace
 
+// The identifiers a load selects in the lists.
+struct PayDetailsEditor::Selection
+{
+    qint32 bank = 1;
+    qint32 enterprise = 1;
+    qint32 enrolType = 0;
+    qint32 heading = 0;
+    qint32 occupation = 0;
+    qint32 taxType = 0;
+    qint32 interval = 0;
+    qint32 deduction = 0;
+    qint32 employerRate = 0;
+};
+
 PayDetailsEditor::PayDetailsEditor(Host host, QObject *parent)
-    : QObject(parent), m_host(host),
+    : WindowLogic(parent), m_host(host),
       m_payRateCaption(host == Host::Dialog ? QStringLiteral("Pay Rate")
                                             : QStringLiteral("Pay Rate per head")),
       m_grid(std::make_unique<DeductionGrid>())
@@ -130,28 +115,20 @@ const ComboList &PayDetailsEditor::list(int index) const
 
 QDate PayDetailsEditor::pickerDate(int field) const
 {
-    return hasPicker(field) ? m_pickers.at(std::size_t(field)) : QDate();
+    return PayFields::hasPicker(field) ? m_pickers.at(std::size_t(field)) : QDate();
 }
 
 QString PayDetailsEditor::origin(const char *procedure) const
 {
-    return (m_host == Host::Dialog ? QStringLiteral(") was generated in frmPaydetails.")
-                                   : QStringLiteral(") was generated in frmAddresses.")) +
-           QLatin1String(procedure);
-}
-
-void PayDetailsEditor::touch()
-{
-    ++m_revision;
-    emit changed();
+    return errorOrigin(QLatin1String(m_host == Host::Dialog ? "frmPaydetails" : "frmAddresses"),
+                       QLatin1String(procedure));
 }
 
 // Both files are on the one connection: the two names say which file a statement reads.
+// Without them (the dialog could not open them) each use fails as the address window's does.
 Database &PayDetailsEditor::farm()
 {
-    if (!m_db)
-        throw CvError(CvError::ObjectRequired, "PayDetailsEditor", "Object required");
-    return *m_db;
+    return requireDatabase(m_db, QStringLiteral("PayDetailsEditor"));
 }
 
 Database &PayDetailsEditor::wage()
@@ -164,7 +141,7 @@ void PayDetailsEditor::loadFromSettings(qint32 addressId)
     try {
         m_ownDb = openSuiteDatabase();
     } catch (const CvError &e) {
-        showErrorReport(e, QStringLiteral(") was generated in frmPaydetails.Form_Load"));
+        showErrorReport(e, errorOrigin(QLatin1String("frmPaydetails"), QLatin1String("Form_Load")));
         return;
     }
     load(*m_ownDb, addressId);
@@ -179,156 +156,164 @@ void PayDetailsEditor::closeDatabases()
 void PayDetailsEditor::load(Database &suite, qint32 addressId)
 {
     m_db = &suite;
-    Database &farmDb = suite;
-    Database &wageDb = suite;
     m_addressId = addressId;
     m_pendingLog.clear();
     try {
-        {
-            Recordset entry(farmDb,
-                            "Select distinctrow BusName from Addresses where AddressID = " +
-                                QString::number(addressId),
-                            Recordset::Snapshot);
-            m_entryName = entry.eof() ? QString() : entry.value(0).toString();
-        }
-        Recordset rs(wageDb, employeeQuery(addressId), Recordset::Snapshot);
-        qint32 bank = 1;
-        qint32 enterprise = 1;
-        qint32 enrolType = 0;
-        qint32 employee = 0;
-        qint32 heading = wageAccount(farmDb);
-        qint32 occupation = 0;
-        qint32 taxType = 0;
-        qint32 interval = 0;
-        qint32 deduction = 0;
-        qint32 employerRate = 0;
-
-        if (rs.eof()) {
-            for (QString &t : m_text)
-                t.clear();
-            occupation = DefaultEmployeeTypeID(wageDb);
-            taxType = DefaultTaxTypeID(wageDb);
-            interval = DefaultPayIntervalID(wageDb);
-            enrolType = kDefaultEnrolType;
-            m_kiwiSaverEnrolled = false;
-            m_excludeIR348 = false;
-            m_includeESCT = false;
-        } else {
-            for (int i = 0; i < TextCount; ++i) {
-                const QVariant v = rs.value(QString::fromLatin1(kTextColumns[i]));
-                QString &t = m_text[std::size_t(i)];
-                if (v.isNull()) {
-                    t.clear();
-                    if (hasPicker(i))
-                        m_pickers[std::size_t(i)] = today();
-                } else if (v.metaType() == QMetaType::fromType<Money>()) {
-                    t = v.value<Money>().toString();
-                } else if (v.metaType() == QMetaType::fromType<QDateTime>()) {
-                    const QDate d = v.toDateTime().date();
-                    t = SerialDate::toShortText(d);
-                    if (isDateField(i))
-                        m_pickers[std::size_t(i)] = d;
-                } else {
-                    t = v.toString();
-                }
-            }
-            occupation = qint32(rs.value(QStringLiteral("EmployeeTypeID")).toLongLong());
-            taxType = qint32(rs.value(QStringLiteral("TaxTypeID")).toLongLong());
-            interval = qint32(rs.value(QStringLiteral("PayIntervalID")).toLongLong());
-            employee = qint32(rs.value(QStringLiteral("EmployeeID")).toLongLong());
-            const QVariant enrol = rs.value(QStringLiteral("KiwiSaverEnrolID"));
-            enrolType = enrol.isNull() ? kDefaultEnrolType : qint32(enrol.toLongLong());
-            if (rs.value(QStringLiteral("KiwiSaverEnrolled")).toBool()) {
-                m_kiwiSaverEnrolled = true;
-                deduction = KiwiSaverDeductID(wageDb, employee);
-                const QVariant rate = rs.value(QStringLiteral("KiwiSaverEmployerRateID"));
-                employerRate = rate.isNull() ? kDefaultEnrolType : qint32(rate.toLongLong());
-            } else {
-                m_kiwiSaverEnrolled = false;
-                employerRate = kDefaultEnrolType;
-            }
-            const QString &start = m_text[KiwiSaverStartDate];
-            if (!start.isEmpty()) {
-                if (const auto d = typedDate(start))
-                    m_pickers[KiwiSaverStartDate] = *d;
-            }
-            const QVariant bankValue = rs.value(QStringLiteral("BankID"));
-            bank = bankValue.isNull() ? 1 : qint32(bankValue.toLongLong());
-            const QVariant enterpriseValue = rs.value(QStringLiteral("EnterpriseID"));
-            enterprise = enterpriseValue.isNull() ? 1 : qint32(enterpriseValue.toLongLong());
-            heading = wageAccount(farmDb);
-            m_payRateCaption = payRateUnitCaption(occupation, wageDb);
-            // The dialog's tick is not bound: it shows the row's value so a close
-            // does not clear it.
-            m_excludeIR348 = rs.value(QStringLiteral("ExcludeIR348")).toBool();
-            m_includeESCT = rs.value(QStringLiteral("IncludeESCT")).toBool();
-        }
-        m_employeeId = employee;
-        m_bankId = bank;
-
-        const QString kiwisaver = QStringLiteral("\"kiwisaver\"");
-        FillDaoVBCombo(wageDb, m_lists[Occupation],
-                       "Select distinctrow EmployeeTypeID, EmployeeType from EmployeeAwardType "
-                       "ORDER BY Employeetype;",
-                       occupation, false, QString(), false, true, false);
-        FillDaoVBCombo(wageDb, m_lists[TaxType],
-                       "Select distinctrow TaxTypeID, TaxName from TaxTypes where CountryPhone = " +
-                           QString::number(countryCode()) +
-                           " or CountryPhone=0 ORDER BY TaxTypes.Order",
-                       taxType, false, QString(), false, true, false);
-        FillDaoVBCombo(wageDb, m_lists[PayInterval],
-                       "Select distinctrow PayIntervalID, IntervalName from PayInterval ORDER BY "
-                       "PayInterval.order;",
-                       interval, false, QString(), false, true, false);
-        FillDaoVBCombo(wageDb, m_lists[EmployeeRate],
-                       "SELECT DeductNames.* From DeductNames WHERE DeductNames.TaxName=" +
-                           kiwisaver + " ORDER BY DeductNames.Deductionname",
-                       deduction, false, QString(), false, true, false);
-        FillDaoVBCombo(wageDb, m_lists[EmployerRate],
-                       "SELECT ContributionNames.ContributionNameID, "
-                       "ContributionNames.ContributionName, ContributionNames.TaxName "
-                       "From ContributionNames WHERE ContributionNames.TaxName=" +
-                           kiwisaver + " ORDER BY ContributionNames.ContributionName",
-                       employerRate, false, QString(), false, true, false);
-        FillDaoVBCombo(wageDb, m_lists[EnrolmentType],
-                       QStringLiteral("SELECT KiwiSaverEnrollType.* From KiwiSaverEnrollType"),
-                       enrolType, false, QString(), false, true, false);
-        // Read once: closing must not meet a lock before its save does.
-        m_memberTypes.clear();
-        {
-            Recordset types(
-                wageDb, QStringLiteral("SELECT KSEnrollType, KSMember FROM KiwiSaverEnrollType"),
-                Recordset::Snapshot);
-            for (; !types.eof(); types.moveNext())
-                m_memberTypes.insert(types.value(0).toString(), types.value(1).toBool());
-        }
-        fillHeadingList(farmDb, m_lists[Heading], heading);
-        fillEnterpriseList(farmDb, m_lists[Enterprise], enterprise);
-        m_nonCash = bank >= FirstEPaymentBankId;
-        // Opened on an employee, the page should read as it will after a click:
-        // the label of the bank's mode, and the rates only for a member.
-        m_cashbookCaption =
-            m_nonCash ? QStringLiteral("Payments (Net)") : QStringLiteral("Cashbook (Gross)");
-        m_ratesVisible = m_kiwiSaverEnrolled;
-        fillBankList();
-        fillEnterpriseList(farmDb, m_lists[Enterprise], enterprise);
-        rs.close();
-
-        FillDeductGrid(wageDb, m_employeeId, *m_grid, countryCode());
+        const Selection chosen = readRow(suite);
+        fillLists(suite, chosen);
+        fillDeductions(suite);
         m_windowCaption = QStringLiteral("Employee Pay Information");
         m_okCaption = QStringLiteral("&OK");
     } catch (const CvError &e) {
-        showErrorReport(e, m_host == Host::Dialog
-                               ? QStringLiteral(") was generated in frmPaydetails.Form_Activate")
-                               : QStringLiteral(") was generated in frmAddresses.LoadWageTab"));
+        showErrorReport(e, origin(m_host == Host::Dialog ? "Form_Activate" : "LoadWageTab"));
     }
-    touch();
+    markChanged();
+}
+
+// The entry's name and its Employees row, or a new employee's defaults; both files are on
+// the one connection.
+PayDetailsEditor::Selection PayDetailsEditor::readRow(Database &suite)
+{
+    {
+        Recordset entry(suite,
+                        "Select distinctrow BusName from Addresses where AddressID = " +
+                            QString::number(m_addressId),
+                        Recordset::Snapshot);
+        m_entryName = entry.eof() ? QString() : entry.value(0).toString();
+    }
+    Selection chosen;
+    chosen.heading = proposedHeading(suite);
+    qint32 employee = 0;
+    Recordset rs(suite, employeeQuery(m_addressId), Recordset::Snapshot);
+    if (rs.eof()) {
+        for (QString &t : m_text)
+            t.clear();
+        chosen.occupation = lookedUp(ErrorOrigin::DefaultEmployeeTypeID,
+                                     [&] { return DefaultEmployeeTypeID(suite); });
+        chosen.taxType =
+            lookedUp(ErrorOrigin::DefaultTaxTypeID, [&] { return DefaultTaxTypeID(suite); });
+        chosen.interval = lookedUp(ErrorOrigin::DefaultPayIntervalID,
+                                   [&] { return DefaultPayIntervalID(suite); });
+        chosen.enrolType = kDefaultEnrolType;
+        m_kiwiSaverEnrolled = false;
+        m_excludeIR348 = false;
+        m_includeESCT = false;
+    } else {
+        for (int i = 0; i < TextCount; ++i) {
+            const QVariant v = rs.value(QString::fromLatin1(kTextColumns[i]));
+            QString &t = m_text[std::size_t(i)];
+            if (v.isNull()) {
+                t.clear();
+                if (PayFields::hasPicker(i))
+                    m_pickers[std::size_t(i)] = today();
+            } else if (v.metaType() == QMetaType::fromType<Money>()) {
+                t = v.value<Money>().toString();
+            } else if (v.metaType() == QMetaType::fromType<QDateTime>()) {
+                const QDate d = v.toDateTime().date();
+                t = SerialDate::toShortText(d);
+                if (PayFields::isDate(i))
+                    m_pickers[std::size_t(i)] = d;
+            } else {
+                t = v.toString();
+            }
+        }
+        chosen.occupation = qint32(rs.value(QStringLiteral("EmployeeTypeID")).toLongLong());
+        chosen.taxType = qint32(rs.value(QStringLiteral("TaxTypeID")).toLongLong());
+        chosen.interval = qint32(rs.value(QStringLiteral("PayIntervalID")).toLongLong());
+        employee = qint32(rs.value(QStringLiteral("EmployeeID")).toLongLong());
+        const QVariant enrol = rs.value(QStringLiteral("KiwiSaverEnrolID"));
+        chosen.enrolType = enrol.isNull() ? kDefaultEnrolType : qint32(enrol.toLongLong());
+        if (rs.value(QStringLiteral("KiwiSaverEnrolled")).toBool()) {
+            m_kiwiSaverEnrolled = true;
+            chosen.deduction = lookedUp(ErrorOrigin::KiwiSaverDeductID,
+                                        [&] { return KiwiSaverDeductID(suite, employee); });
+            const QVariant rate = rs.value(QStringLiteral("KiwiSaverEmployerRateID"));
+            chosen.employerRate = rate.isNull() ? kDefaultEnrolType : qint32(rate.toLongLong());
+        } else {
+            m_kiwiSaverEnrolled = false;
+            chosen.employerRate = kDefaultEnrolType;
+        }
+        const QString &start = m_text[KiwiSaverStartDate];
+        if (!start.isEmpty()) {
+            if (const auto d = PayFields::typedDate(start))
+                m_pickers[KiwiSaverStartDate] = *d;
+        }
+        const QVariant bankValue = rs.value(QStringLiteral("BankID"));
+        chosen.bank = bankValue.isNull() ? 1 : qint32(bankValue.toLongLong());
+        const QVariant enterpriseValue = rs.value(QStringLiteral("EnterpriseID"));
+        chosen.enterprise = enterpriseValue.isNull() ? 1 : qint32(enterpriseValue.toLongLong());
+        m_payRateCaption = payRateUnitCaption(chosen.occupation, suite);
+        // The dialog's tick is not bound: it shows the row's value so a close
+        // does not clear it.
+        m_excludeIR348 = rs.value(QStringLiteral("ExcludeIR348")).toBool();
+        m_includeESCT = rs.value(QStringLiteral("IncludeESCT")).toBool();
+    }
+    m_employeeId = employee;
+    m_bankId = chosen.bank;
+    return chosen;
+}
+
+// A list that cannot be filled is reported under the filler's name and left as far as it
+// got; the others are filled all the same.
+void PayDetailsEditor::fillLists(Database &suite, const Selection &chosen)
+{
+    const auto fill = [](const std::function<void()> &step) {
+        reportedStep(ErrorOrigin::FillDaoVBCombo, step);
+    };
+    fill([&] { fillOccupationList(suite, m_lists[Occupation], chosen.occupation); });
+    fill([&] { fillTaxTypeList(suite, m_lists[TaxType], chosen.taxType, countryCode()); });
+    fill([&] { fillPayIntervalList(suite, m_lists[PayInterval], chosen.interval); });
+    fill([&] { fillKiwiSaverDeductionList(suite, m_lists[EmployeeRate], chosen.deduction); });
+    fill([&] { fillEmployerRateList(suite, m_lists[EmployerRate], chosen.employerRate); });
+    fill([&] { fillEnrolmentTypeList(suite, m_lists[EnrolmentType], chosen.enrolType); });
+    // Read once: closing must not meet a lock before its save does.
+    m_memberTypes = kiwiSaverMemberTypes(suite);
+    fill([&] { fillHeadingList(suite, m_lists[Heading], chosen.heading); });
+    fill([&] { fillEnterpriseList(suite, m_lists[Enterprise], chosen.enterprise); });
+    m_nonCash = chosen.bank >= FirstEPaymentBankId;
+    // Opened on an employee, the page should read as it will after a click:
+    // the label of the bank's mode, and the rates only for a member.
+    m_cashbookCaption =
+        m_nonCash ? QStringLiteral("Payments (Net)") : QStringLiteral("Cashbook (Gross)");
+    m_ratesVisible = m_kiwiSaverEnrolled;
+    fillBankList();
+}
+
+// Each part of the grid that cannot be read is told on its own; the next is loaded all the
+// same.
+void PayDetailsEditor::fillDeductions(Database &wage)
+{
+    reportedStep(ErrorOrigin::FillGridArray,
+                 [&] { fillDeductionRows(wage, m_employeeId, *m_grid); });
+    try {
+        fillDeductionList(wage, *m_grid, countryCode());
+    } catch (const CvError &) {
+        msgDatabaseOutOfDate(QStringLiteral("DeductNames"));
+    }
+    reportedStep(ErrorOrigin::FillPayInfoArray, [&] { fillDeductionPercentages(wage, *m_grid); });
 }
 
 void PayDetailsEditor::fillBankList()
 {
     m_bankListEnabled = true;
-    m_nonCash = ::fillBankList(farm(), m_lists[Bank], m_bankId);
+    Database &db = farm();
+    m_nonCash = m_bankId >= FirstEPaymentBankId;
+    reportedStep(ErrorOrigin::FillDaoVBCombo, [&] { ::fillBankList(db, m_lists[Bank], m_bankId); });
+}
+
+// The types were read with the load; another is looked up, and a look-up that fails is
+// reported under its own name, as it always was, and taken as no member.
+bool PayDetailsEditor::memberTypeShown()
+{
+    const QString type = m_lists[EnrolmentType].text();
+    const auto known = m_memberTypes.constFind(type);
+    if (known != m_memberTypes.constEnd())
+        return known.value();
+    Database &db = wage();
+    bool member = false;
+    reportedStep(ErrorOrigin::IsKiwiSaverMemberType,
+                 [&] { member = IsKiwiSaverMemberType(db, type); });
+    return member;
 }
 
 bool PayDetailsEditor::SaveWageForm()
@@ -350,19 +335,20 @@ bool PayDetailsEditor::save()
                              : QStringLiteral("the pay details of %1").arg(m_entryName);
     // The row, its child rows and the change-log lines are one transaction across both
     // files: the notes never tell of a change that was not stored.
-    const SaveOutcome outcome = saveChanges(*m_db, what, [this] {
-        saveRow();
+    const bool member = memberTypeShown();
+    const SaveOutcome outcome = saveChanges(*m_db, what, [this, member] {
+        saveRow(member);
         appendToNotes(*m_db, m_pendingLog, m_addressId);
     });
     if (outcome == SaveOutcome::Discarded)
         load(*m_db, m_addressId);
     if (outcome != SaveOutcome::Kept)
         m_pendingLog.clear();
-    touch();
+    markChanged();
     return outcome != SaveOutcome::Kept;
 }
 
-void PayDetailsEditor::saveRow()
+void PayDetailsEditor::saveRow(bool member)
 {
     Database &db = wage();
     Recordset rs(db, employeeQuery(m_addressId));
@@ -386,12 +372,11 @@ void PayDetailsEditor::saveRow()
     }
     const qint32 employee = qint32(rs.value(QStringLiteral("EmployeeID")).toLongLong());
 
-    const bool member = isMemberType(m_lists[EnrolmentType].text());
     rs.setValue(QStringLiteral("KiwiSaverEnrolled"), member);
     rs.setValue(QStringLiteral("KiwiSaverEnrolID"), m_lists[EnrolmentType].currentData());
 
     // An empty start date writes nothing: the editor never clears a stored one.
-    if (const auto start = typedDate(m_text[KiwiSaverStartDate]))
+    if (const auto start = PayFields::typedDate(m_text[KiwiSaverStartDate]))
         rs.setValue(QStringLiteral("KiwiSaverStartDate"), QDateTime(*start, QTime(0, 0)));
 
     const qint32 employerRate = m_lists[EmployerRate].currentData();
@@ -414,15 +399,16 @@ void PayDetailsEditor::saveRow()
 bool PayDetailsEditor::queryClose()
 {
     try {
-        if (isMemberType(m_lists[EnrolmentType].text()) &&
-            m_lists[EmployerRate].text() == kPleaseSelect) {
+        if (memberTypeShown() && m_lists[EmployerRate].text() == kPleaseSelect) {
             SuiteMessageBox(QStringLiteral("KiwiSaver Employer Contribution Rate has not been "
                                            "selected"),
-                            0, FirmName(), QStringLiteral("Incomplete Data"), QVariant(), 6, true);
+                            ButtonsOk, FirmName(), QStringLiteral("Incomplete Data"), QVariant(),
+                            IconInformation, true);
             return true;
         }
     } catch (const CvError &e) {
-        showErrorReport(e, QStringLiteral(") was generated in frmPaydetails.Form_QueryUnload"));
+        showErrorReport(
+            e, errorOrigin(QLatin1String("frmPaydetails"), QLatin1String("Form_QueryUnload")));
     }
     if (m_host == Host::Dialog) {
         if (!SaveWageForm())
@@ -434,181 +420,13 @@ bool PayDetailsEditor::queryClose()
     return false;
 }
 
-bool PayDetailsEditor::isMemberType(const QString &enrolType)
-{
-    const auto known = m_memberTypes.constFind(enrolType);
-    // An unknown type is looked up, and reported, as it always was.
-    return known != m_memberTypes.constEnd() ? known.value()
-                                             : IsKiwiSaverMemberType(wage(), enrolType);
-}
-
-void PayDetailsEditor::captionPayRate(qint32 employeeTypeId)
-{
-    m_payRateCaption = payRateUnitCaption(employeeTypeId, wage());
-}
-
-void PayDetailsEditor::showRatesFor(bool member)
-{
-    m_kiwiSaverEnrolled = member;
-    m_ratesVisible = member;
-}
-
-void PayDetailsEditor::textFocusIn(int field)
-{
-    const QString &t = m_text.at(std::size_t(field));
-    QVariant &remembered = m_focusValue[std::size_t(field)];
-    if (isDateField(field)) {
-        const auto d = typedDate(t);
-        remembered = d ? QVariant(*d) : QVariant();
-    } else if (isMoneyField(field)) {
-        remembered = QVariant::fromValue(Money::parse(t.trimmed()).value_or(Money()));
-    } else {
-        remembered = t;
-    }
-    m_focusText[std::size_t(field)] = t;
-}
-
-void PayDetailsEditor::textEdited(int field, const QString &text)
-{
-    // The view already shows what was typed: no resync, so the cursor stays put.
-    m_text.at(std::size_t(field)) = text;
-}
-
-QString PayDetailsEditor::textProblem(int field) const
-{
-    const QString t = m_text.at(std::size_t(field)).trimmed();
-    if (t.isEmpty())
-        return QString();
-    if (isMoneyField(field) && !Money::parse(t))
-        return notMoney(m_text[std::size_t(field)], fieldName(field));
-    if (hasPicker(field) && !typedDate(t))
-        return QStringLiteral("\"%1\" is not a date.\n\n%2 takes a date such as %3 (day, month, "
-                              "year), or leave it empty.")
-            .arg(m_text[std::size_t(field)], fieldName(field),
-                 SerialDate::toShortText(QDate(today().year(), 4, 1)));
-    return QString();
-}
-
-void PayDetailsEditor::normaliseText(int field)
-{
-    QString &t = m_text[std::size_t(field)];
-    if (hasPicker(field)) {
-        if (const auto d = typedDate(t))
-            t = SerialDate::toShortText(*d);
-        else
-            t.clear();
-    } else if (isMoneyField(field)) {
-        t = Money::parse(t).value_or(Money()).toString();
-    }
-}
-
-void PayDetailsEditor::logLine(const QString &line)
-{
-    if (!line.isEmpty())
-        m_pendingLog << line;
-}
-
-bool PayDetailsEditor::textFocusOut(int field)
-{
-    if (const QString problem = textProblem(field); !problem.isEmpty()) {
-        tellUser(QStringLiteral("Check the ") + fieldName(field), problem);
-        touch();
-        return false;
-    }
-    try {
-        normaliseText(field);
-        if (field == Datehired || field == Datefinished) {
-            const auto hired = typedDate(m_text[Datehired]);
-            const auto finished = typedDate(m_text[Datefinished]);
-            // Kept exactly as the suite has always done it: a hire date earlier than
-            // the finish date empties the finish date.
-            if (hired && finished && *hired < *finished)
-                m_text[Datefinished].clear();
-        }
-        const QVariant &old = m_focusValue[std::size_t(field)];
-        QString oldText;
-        if (isDateField(field))
-            oldText = old.isValid() ? SerialDate::toShortText(old.toDate()) : QString();
-        else if (isMoneyField(field))
-            oldText = old.value<Money>().toString();
-        else
-            oldText = old.toString();
-        logLine(valueChangeLine(qint16(field), m_text[std::size_t(field)], oldText));
-    } catch (const CvError &e) {
-        showErrorReport(e,
-                        origin(m_host == Host::Dialog ? "TxtWage_LostFocus" : "Text2_LostFocus"));
-    }
-    touch();
-    return true;
-}
-
-void PayDetailsEditor::listFocusIn(int index)
-{
-    m_focusListText.at(std::size_t(index)) = m_lists.at(std::size_t(index)).text();
-}
-
-void PayDetailsEditor::listChosen(int index, int itemIndex)
-{
-    ComboList &l = m_lists.at(std::size_t(index));
-    try {
-        l.setListIndex(itemIndex);
-        if (index == PayInterval)
-            logLine(namedFieldChangeLine(l.text(), m_focusListText[PayInterval], qint16(index)));
-        if (index == Bank)
-            m_bankId = l.currentData();
-    } catch (const CvError &e) {
-        showErrorReport(e, origin("cmbWage_Click"));
-    }
-    if (index == EnrolmentType)
-        enrolmentClicked();
-    else
-        touch();
-}
-
-void PayDetailsEditor::listFocusOut(int index)
-{
-    try {
-        if (index == Occupation)
-            captionPayRate(m_lists[Occupation].currentData());
-        logLine(namedFieldChangeLine(m_lists.at(std::size_t(index)).text(),
-                                     m_focusListText.at(std::size_t(index)), qint16(index)));
-    } catch (const CvError &e) {
-        showErrorReport(e, origin("cmbWage_LostFocus"));
-    }
-    touch();
-}
-
-void PayDetailsEditor::enrolmentClicked()
-{
-    try {
-        showRatesFor(isMemberType(m_lists[EnrolmentType].text()));
-    } catch (const CvError &e) {
-        showErrorReport(e, origin("cmbWage_Click"));
-    }
-    touch();
-}
-
-void PayDetailsEditor::nonCashClicked(bool ticked)
-{
-    try {
-        // The switch always lands on the mode's default bank.
-        m_bankId = ticked ? defaultEPaymentBankId() : defaultCashBankId();
-        m_cashbookCaption =
-            ticked ? QStringLiteral("Payments (Net)") : QStringLiteral("Cashbook (Gross)");
-        fillBankList();
-    } catch (const CvError &e) {
-        showErrorReport(e, origin("chkNonCash_Click"));
-    }
-    touch();
-}
-
 void PayDetailsEditor::excludeIR348Clicked(bool ticked)
 {
     m_excludeIR348 = ticked;
     if (m_host == Host::Dialog)
         SaveWageForm();
     else
-        touch();
+        markChanged();
 }
 
 void PayDetailsEditor::esctClicked(bool ticked)
@@ -630,73 +448,5 @@ void PayDetailsEditor::esctClicked(bool ticked)
                 m_includeESCT = !ticked;
         }
     }
-    touch();
-}
-
-void PayDetailsEditor::datePicked(int field, QDate date)
-{
-    if (!hasPicker(field) || !date.isValid())
-        return;
-    m_pickers[std::size_t(field)] = date;
-    m_text[std::size_t(field)] = SerialDate::toShortText(date);
-    touch();
-}
-
-int PayDetailsEditor::maxLength(int field)
-{
-    switch (field) {
-    case TaxCode:
-        return 10;
-    case IRDnumber:
-        return 20;
-    default:
-        return 0;
-    }
-}
-
-void PayDetailsEditor::deleteDeductionRow(int row)
-{
-    // The add-new row, past the last row, holds nothing to delete.
-    if (row < 0 || row >= m_grid->rowCount())
-        return;
-    m_grid->removeRow(row);
-    touch();
-}
-
-QString PayDetailsEditor::gridCellProblem(int column, const QVariant &value) const
-{
-    if (DeductionGrid::isEmptyCell(value))
-        return QString();
-    const QString typed = value.toString();
-    if (column == DeductionGrid::FixedAmountColumn && !Money::parse(typed.trimmed()))
-        return notMoney(typed, QStringLiteral("Fixed Amount"));
-    const std::optional<double> percent = DeductionGrid::number(value);
-    if (column == DeductionGrid::SpecialRateColumn && (!percent || *percent < 0 || *percent > 100))
-        return QStringLiteral("\"%1\" is not a percentage.\n\nPercent takes a number from 0 to "
-                              "100, such as 3 or 12.5, without the % sign.")
-            .arg(typed);
-    return QString();
-}
-
-bool PayDetailsEditor::checkGridCell(int column, const QVariant &typed) const
-{
-    const QString problem = gridCellProblem(column, typed);
-    if (problem.isEmpty())
-        return true;
-    tellUser(QStringLiteral("Check the ") + m_grid->caption(column), problem);
-    return false;
-}
-
-bool PayDetailsEditor::gridCellEdited(int row, int column, const QVariant &value)
-{
-    if (!checkGridCell(column, value))
-        return false;
-    try {
-        m_grid->setValue(row, column, value);
-        ChangeRate(*m_grid, row, qint16(column));
-    } catch (const CvError &e) {
-        showErrorReport(e, origin("tgrdDeductions_AfterColUpdate"));
-    }
-    touch();
-    return true;
+    markChanged();
 }

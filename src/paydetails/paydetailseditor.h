@@ -1,6 +1,7 @@
 #pragma once
 
 #include "controls/combolist.h"
+#include "controls/windowlogic.h"
 
 #include <array>
 #include <memory>
@@ -19,7 +20,12 @@ class DeductionGrid;
 // settings and standing deductions. The view shows this state, forwards the
 // user's events here, and resyncs whenever changed() fires (or revision() has
 // moved on).
-class PayDetailsEditor : public QObject
+//
+// Errors: each event, load and save catches what fails under it and reports it once,
+// naming the host's procedure (a save through saveChanges). A list, a default or a
+// setting that cannot be read is reported under its look-up's own name, and the
+// editor goes on without it, as the suite always has.
+class PayDetailsEditor : public WindowLogic
 {
     Q_OBJECT
 
@@ -101,7 +107,6 @@ public:
     qint32 employeeId() const { return m_employeeId; }
     DeductionGrid &deductionGrid() { return *m_grid; }
     const DeductionGrid &deductionGrid() const { return *m_grid; }
-    quint64 revision() const { return m_revision; }
 
     // Events the view forwards.
     void textFocusIn(int field);                     // the view selects the whole text itself
@@ -145,24 +150,26 @@ public:
     // the changes they tell of.
     const QStringList &pendingLog() const { return m_pendingLog; }
 
-signals:
-    void changed();
-
 private:
-    void touch();
+    struct Selection;
+
     // The closing text of an error report from one of the host's procedures.
     QString origin(const char *procedure) const;
     Database &farm();
     Database &wage();
+    // Parts of load(); they throw.
+    Selection readRow(Database &suite);
+    void fillLists(Database &suite, const Selection &chosen);
+    void fillDeductions(Database &wage);
     void fillBankList();
     void captionPayRate(qint32 employeeTypeId);
-    bool isMemberType(const QString &enrolType);
+    bool memberTypeShown();
     void showRatesFor(bool member);
     void normaliseText(int field);
     QString textProblem(int field) const;
     void logLine(const QString &line);
     bool save();
-    void saveRow();
+    void saveRow(bool member);
 
     Host m_host;
     std::unique_ptr<Database> m_ownDb;
@@ -192,5 +199,4 @@ private:
     std::unique_ptr<DeductionGrid> m_grid;
     QStringList m_pendingLog;
     QHash<QString, bool> m_memberTypes; // KiwiSaver enrolment types: member or not
-    quint64 m_revision = 0;
 };

@@ -1,12 +1,11 @@
 #include "paydetails/payeinfo.h"
 
+#include "config/suiteconfig.h"
 #include "core/cverror.h"
+#include "core/numerictext.h"
 #include "data/database.h"
 #include "data/money.h"
 #include "data/recordset.h"
-#include "messages/errorreport.h"
-#include "core/numerictext.h"
-#include "config/suiteconfig.h"
 
 #include <optional>
 
@@ -53,34 +52,26 @@ qint32 toInt32(const QVariant &value)
 
 QVariant PayeInfo(Database &db, const QString &column, const QVariant &defaultValue)
 {
-    QVariant value;
-    std::optional<CvError> lastError;
-    try {
-        Recordset rs(db, "PayeInfo", Recordset::Snapshot);
-        try {
-            // The column is read even at the end, so an empty table is an error
-            // too, not a silent default.
-            const bool atEnd = rs.eof();
-            const QVariant stored = rs.value(column);
-            if (!atEnd && stored.isValid())
-                value = stored;
-        } catch (const CvError &e) {
-            lastError = e;
-        }
-        rs.close();
-    } catch (const CvError &e) {
-        lastError = e;
-    }
-    if (isEmptyValue(value))
-        value = defaultValue;
-    if (lastError) {
-        showErrorReport(*lastError, ErrorOrigin::PayeInfo,
-                        "Error " + QString::number(lastError->number()) + u' ' + column);
-    }
-    return value;
+    Recordset rs(db, "PayeInfo", Recordset::Snapshot);
+    // The column is read even at the end, so an empty table is an error too, not a silent
+    // default.
+    const bool atEnd = rs.eof();
+    const QVariant stored = rs.value(column);
+    const QVariant value = !atEnd && stored.isValid() ? stored : QVariant();
+    return isEmptyValue(value) ? defaultValue : value;
+}
+
+QString payeInfoHeading(const CvError &error, const QString &column)
+{
+    return "Error " + QString::number(error.number()) + u' ' + column;
 }
 
 qint32 wageAccount(Database &db)
 {
-    return toInt32(PayeInfo(db, "WageAccount", iniWageAccount()));
+    return wageAccount(PayeInfo(db, "WageAccount", iniWageAccount()));
+}
+
+qint32 wageAccount(const QVariant &setting)
+{
+    return toInt32(isEmptyValue(setting) ? QVariant(iniWageAccount()) : setting);
 }

@@ -1,10 +1,10 @@
 #include "paydetails/paylists.h"
 
 #include "controls/filldaovbcombo.h"
+#include "core/translate.h"
 #include "data/database.h"
 #include "data/recordset.h"
 #include "paydetails/changelog.h"
-#include "core/translate.h"
 
 namespace {
 
@@ -22,7 +22,72 @@ qint32 firstBankId(Database &farm, int accountType, qint32 none)
     return rs.eof() ? none : qint32(rs.value(0).toLongLong());
 }
 
+// The editor's lists show the second field and keep the first as item data.
+void fill(Database &db, ComboList &list, const QString &query, qint32 selectedId)
+{
+    FillDaoVBCombo(db, list, query, selectedId, false, QString(), false, true, false);
+}
+
+const QString kKiwiSaver = QStringLiteral("\"kiwisaver\"");
+
 } // namespace
+
+void fillOccupationList(Database &wage, ComboList &list, qint32 employeeTypeId)
+{
+    fill(wage, list,
+         "Select distinctrow EmployeeTypeID, EmployeeType from EmployeeAwardType "
+         "ORDER BY Employeetype;",
+         employeeTypeId);
+}
+
+void fillTaxTypeList(Database &wage, ComboList &list, qint32 taxTypeId, qint32 countryCode)
+{
+    fill(wage, list,
+         "Select distinctrow TaxTypeID, TaxName from TaxTypes where CountryPhone = " +
+             QString::number(countryCode) + " or CountryPhone=0 ORDER BY TaxTypes.Order",
+         taxTypeId);
+}
+
+void fillPayIntervalList(Database &wage, ComboList &list, qint32 payIntervalId)
+{
+    fill(wage, list,
+         "Select distinctrow PayIntervalID, IntervalName from PayInterval ORDER BY "
+         "PayInterval.order;",
+         payIntervalId);
+}
+
+void fillKiwiSaverDeductionList(Database &wage, ComboList &list, qint32 deductNameId)
+{
+    fill(wage, list,
+         "SELECT DeductNames.* From DeductNames WHERE DeductNames.TaxName=" + kKiwiSaver +
+             " ORDER BY DeductNames.Deductionname",
+         deductNameId);
+}
+
+void fillEmployerRateList(Database &wage, ComboList &list, qint32 contributionNameId)
+{
+    fill(wage, list,
+         "SELECT ContributionNames.ContributionNameID, ContributionNames.ContributionName, "
+         "ContributionNames.TaxName From ContributionNames WHERE ContributionNames.TaxName=" +
+             kKiwiSaver + " ORDER BY ContributionNames.ContributionName",
+         contributionNameId);
+}
+
+void fillEnrolmentTypeList(Database &wage, ComboList &list, qint32 enrolTypeId)
+{
+    fill(wage, list, QStringLiteral("SELECT KiwiSaverEnrollType.* From KiwiSaverEnrollType"),
+         enrolTypeId);
+}
+
+QHash<QString, bool> kiwiSaverMemberTypes(Database &wage)
+{
+    QHash<QString, bool> types;
+    Recordset rs(wage, QStringLiteral("SELECT KSEnrollType, KSMember FROM KiwiSaverEnrollType"),
+                 Recordset::Snapshot);
+    for (; !rs.eof(); rs.moveNext())
+        types.insert(rs.value(0).toString(), rs.value(1).toBool());
+    return types;
+}
 
 qint32 defaultCashBankId()
 {
@@ -53,7 +118,7 @@ bool fillBankList(Database &farm, ComboList &list, qint32 bankId)
         QStringLiteral("SELECT DISTINCTROW Banks.BanksID, Banks.Name From Banks ") +
         (ePayment ? QStringLiteral("WHERE Banks.BanksID>994 and AccountType = 1;")
                   : QStringLiteral("WHERE (((Banks.BanksID)<995));"));
-    FillDaoVBCombo(farm, list, query, bankId, false, QString(), false, true, false);
+    fill(farm, list, query, bankId);
     return ePayment;
 }
 
@@ -70,9 +135,8 @@ void fillHeadingList(Database &farm, ComboList &list, qint32 headingId)
 
 void fillEnterpriseList(Database &farm, ComboList &list, qint32 enterpriseCode)
 {
-    FillDaoVBCombo(farm, list,
-                   "SELECT DISTINCTROW Code, Name FROM [tbl No Enterprises] Order by Name;",
-                   enterpriseCode, false, QString(), false, true, false);
+    fill(farm, list, "SELECT DISTINCTROW Code, Name FROM [tbl No Enterprises] Order by Name;",
+         enterpriseCode);
 }
 
 QString payRateUnitCaption(qint32 employeeTypeId, Database &wage)

@@ -1,13 +1,30 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <QtGlobal>
 
 class ComboList;
 class Database;
 
-// The pay details editor's lists that come from the main data file: banks,
-// cashbook headings and enterprises, and the unit-of-pay caption.
+// The pay details editor's lists and what it looks up to fill them. Each fill selects the
+// identifier given (the first item when it is not listed) and throws CvError when the list
+// cannot be read, keeping what was added (FillDaoVBCombo).
+
+// From the wage file: occupations (EmployeeAwardType), the country's tax types (and those of
+// every country), pay intervals, the KiwiSaver deduction and employer contribution rates,
+// and the KiwiSaver enrolment types.
+void fillOccupationList(Database &wage, ComboList &list, qint32 employeeTypeId);
+void fillTaxTypeList(Database &wage, ComboList &list, qint32 taxTypeId, qint32 countryCode);
+void fillPayIntervalList(Database &wage, ComboList &list, qint32 payIntervalId);
+void fillKiwiSaverDeductionList(Database &wage, ComboList &list, qint32 deductNameId);
+void fillEmployerRateList(Database &wage, ComboList &list, qint32 contributionNameId);
+void fillEnrolmentTypeList(Database &wage, ComboList &list, qint32 enrolTypeId);
+// Each enrolment type by name, and whether it makes the employee a member.
+QHash<QString, bool> kiwiSaverMemberTypes(Database &wage);
+
+// From the main data file: banks, cashbook headings and enterprises, and the unit-of-pay
+// caption.
 
 // Bank identifiers from here up are e-payment accounts (AccountType 1).
 inline constexpr qint32 FirstEPaymentBankId = 995;

@@ -9,6 +9,7 @@
 #include "paydetails/employeedefaults.h"
 #include "paydetails/paydetailseditor.h"
 #include "support/filelock.h"
+#include "support/errorof.h"
 #include "support/qtprinters.h"
 
 #include <QSqlQuery>
@@ -140,13 +141,32 @@ TEST_F(EditorFields, BankModesFollowTheIdentifierAndTheDefaults)
     EXPECT_EQ(defaultEPaymentBankId(), 995);
 }
 
-TEST_F(EditorFields, UnknownEnrolmentTypeIsReportedAsNoMember)
+TEST_F(EditorFields, FailedLookUpsAreToldUnderTheirOwnNamesAndTheEditorGoesOn)
 {
-    EXPECT_FALSE(IsKiwiSaverMemberType(*wage, "No such type"));
-    ASSERT_EQ(messages.requests.size(), 1u);
-    EXPECT_TRUE(messages.requests[0].prompt.endsWith(") was generated in IsKiwiSaverMemberType"));
+    // The look-ups throw; the editor's procedures tell the user.
+    EXPECT_EQ(errorOf([&] { IsKiwiSaverMemberType(*wage, "No such type"); }),
+              CvError::NoCurrentRecord);
     EXPECT_EQ(KiwiSaverDeductID(*wage, 5), 1);
     EXPECT_EQ(KiwiSaverDeductID(*wage, 99), 0);
+    EXPECT_TRUE(messages.requests.empty());
+
+    // A type typed that is not listed: looked up, not found, no member.
+    editor.list(Editor::EnrolmentType).setListIndex(-1);
+    editor.list(Editor::EnrolmentType).setText("No such type");
+    editor.enrolmentClicked();
+    EXPECT_FALSE(editor.kiwiSaverRatesVisible());
+    // A main file without its PAYE record: the INI's wage account, and the lists all the same.
+    farm->execute("DELETE FROM PayeInfo");
+    editor.load(*farm, 37);
+    EXPECT_EQ(editor.list(Editor::Heading).currentData(), 401001);
+    EXPECT_EQ(editor.list(Editor::Enterprise).text(), "Sheep");
+
+    ASSERT_EQ(messages.requests.size(), 2u);
+    EXPECT_TRUE(
+        messages.requests[0].prompt.endsWith("(3021) was generated in IsKiwiSaverMemberType"));
+    EXPECT_TRUE(
+        messages.requests[1].prompt.endsWith("(3021) was generated in commoncode.payeinfo"));
+    EXPECT_EQ(messages.requests[1].heading, "Error 3021 WageAccount");
 }
 
 TEST_F(EditorBooks, NewEmployeeGetsItsRowWithTheDefaultsOnClose)

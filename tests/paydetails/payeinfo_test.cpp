@@ -3,6 +3,7 @@
 #include "data/database.h"
 #include "paydetails/payeinfo.h"
 #include "support/confighome.h"
+#include "support/errorof.h"
 #include "support/messagerecorder.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"
@@ -47,23 +48,14 @@ TEST_F(PayeInfoTest, NullOrEmptyGivesTheDefaultSilently)
     EXPECT_TRUE(m_recorder.requests.empty());
 }
 
-TEST_F(PayeInfoTest, FailuresAreReportedAndTheDefaultReturned)
+TEST_F(PayeInfoTest, FailuresThrowForTheProcedureToTell)
 {
-    m_suite.writeIni("[START]\r\nFirm=Acme\r\n");
     Database db(m_suite.farmPath());
     // No record: reading the column fails even though the table is empty.
-    EXPECT_EQ(wageAccount(db), 401001);
+    EXPECT_EQ(errorOf([&] { wageAccount(db); }), CvError::NoCurrentRecord);
     m_suite.execFarm("INSERT INTO PayeInfo (WageAccount) VALUES (402005)");
-    EXPECT_EQ(PayeInfo(db, "NoSuchSetting", "d").toString(), "d");
-
-    ASSERT_EQ(m_recorder.requests.size(), 2u);
-    const MessageRequest &empty = m_recorder.requests[0];
-    EXPECT_TRUE(empty.prompt.startsWith("Description - "));
-    EXPECT_TRUE(empty.prompt.endsWith("(3021) was generated in commoncode.payeinfo"));
-    EXPECT_EQ(empty.heading, "Error 3021 WageAccount");
-    EXPECT_EQ(empty.caption, "Acme Error");
-    EXPECT_EQ(empty.title, "An Error has Occurred");
-    EXPECT_EQ(m_recorder.requests[1].heading, "Error 3265 NoSuchSetting");
+    EXPECT_EQ(errorOf([&] { PayeInfo(db, "NoSuchSetting", "d"); }), CvError::ItemNotFound);
+    EXPECT_TRUE(m_recorder.requests.empty());
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "controls/ui/syncpass.h"
 
 #include <array>
+#include <memory>
 #include <QWidget>
 
 class QCheckBox;
@@ -17,6 +18,7 @@ class QPlainTextEdit;
 class QPushButton;
 class QTabWidget;
 class AlphaList;
+class ComboMirror;
 
 // The address book's main window. It shows what AddressBookLogic holds and
 // forwards the user's actions to it; every rule lives in the logic. Whenever
@@ -41,7 +43,6 @@ signals:
     void closed();
 
 protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
@@ -64,16 +65,24 @@ private:
     void setWaitCursor(bool on);
     void focusCurrentPage();
 
-    bool handleKeyPress(QObject *watched, QKeyEvent *event);
+    // The window's own keys and clicks, before the form's (FormEvents).
+    bool handleEvent(QObject *watched, QEvent *event);
     int fieldIndexOf(const QObject *object) const;
+
+    // The bank account's boxes, in their group's row.
+    static constexpr int BankBoxes[] = {AddressFields::BusBankAcBank,
+                                        AddressFields::BusBankAcBranch, AddressFields::BusBankAcNo,
+                                        AddressFields::BusBankAcSuffix};
 
     AddressBookLogic &m_logic;
     FieldEntry m_entry; // which address box the user is in
     SyncPass m_sync;
     bool m_waitCursor = false;
     qint32 m_stripColour = -1;
-    quint64 m_namesRevision = ~quint64(0);
-    quint64 m_headingsRevision = ~quint64(0);
+    quint64 m_formRevision = ~quint64(0);
+    quint64 m_shownRevision = ~quint64(0);
+    std::unique_ptr<ComboMirror> m_namesMirror;
+    std::unique_ptr<ComboMirror> m_headingMirror;
 
     AlphaList *m_letterStrip = nullptr;
     QComboBox *m_names = nullptr;

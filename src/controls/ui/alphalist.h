@@ -12,6 +12,9 @@
 // SelectedLetter. The strip does no filtering: MouseUp and KeyUp tell the host
 // that a gesture is over, and the host reads SelectedLetter ("*" for all).
 // The control sizes itself from FontSize (cells of FontSize x 1.5 pixels).
+// A failure inside one of the strip's event handlers (size, show, focus, keys, mouse)
+// is silent, as in the suite's control: those events have no caller to tell, and the
+// strip stays as far as it got. Failures of the property setters reach their caller.
 class AlphaList : public QWidget
 {
     Q_OBJECT

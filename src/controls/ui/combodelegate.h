@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controls/filldaovbcombo.h"
+#include "controls/gridcolumns.h"
 
 #include <QStyledItemDelegate>
 

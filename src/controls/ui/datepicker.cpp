@@ -17,15 +17,23 @@ CvDatePicker::CvDatePicker(QWidget *parent) : QDateEdit(parent)
     // The data files start at 1899; a birth date may be old, never before that.
     setMinimumDate(SerialDate::epoch());
     setDate(QDate::currentDate());
-
-    m_calendar = new QCalendarWidget(this);
-    m_calendar->setGridVisible(true);
-    setCalendarWidget(m_calendar);
-    // A click on a day is a pick even when it is the day already shown: the
-    // host's field may hold something else.
-    connect(m_calendar, &QCalendarWidget::clicked, this, &CvDatePicker::datePicked);
-    connect(m_calendar, &QCalendarWidget::activated, this, &CvDatePicker::datePicked);
     connect(this, &QDateEdit::dateChanged, this, &CvDatePicker::reportIfUser);
+}
+
+QCalendarWidget *CvDatePicker::calendarWidget()
+{
+    // Made when first wanted: a window with four pickers would otherwise build four
+    // calendars, with their icons, before it can open.
+    if (!m_calendar) {
+        m_calendar = new QCalendarWidget(this);
+        m_calendar->setGridVisible(true);
+        setCalendarWidget(m_calendar);
+        // A click on a day is a pick even when it is the day already shown: the
+        // host's field may hold something else.
+        connect(m_calendar, &QCalendarWidget::clicked, this, &CvDatePicker::datePicked);
+        connect(m_calendar, &QCalendarWidget::activated, this, &CvDatePicker::datePicked);
+    }
+    return m_calendar;
 }
 
 void CvDatePicker::setCompact(bool compact)
@@ -54,6 +62,7 @@ QRect CvDatePicker::arrowRect() const
 void CvDatePicker::openCalendar()
 {
     // QDateEdit opens its calendar for a press on the arrow, and has no other way in.
+    calendarWidget();
     const QPointF arrow = arrowRect().center();
     QMouseEvent press(QEvent::MouseButtonPress, arrow, mapToGlobal(arrow), Qt::LeftButton,
                       Qt::LeftButton, Qt::NoModifier);
@@ -69,6 +78,7 @@ void CvDatePicker::mousePressEvent(QMouseEvent *event)
         event->accept();
         return;
     }
+    calendarWidget();
     QDateEdit::mousePressEvent(event);
 }
 
@@ -97,6 +107,7 @@ void CvDatePicker::keyPressEvent(QKeyEvent *event)
         }
         return;
     }
+    calendarWidget();
     m_userEditing = true;
     QDateEdit::keyPressEvent(event);
     m_userEditing = false;

@@ -21,6 +21,10 @@ public:
     void setCompact(bool compact);
     bool isCompact() const { return m_compact; }
 
+    // The pop-up calendar, made on first use (hides QDateTimeEdit's, which would make
+    // a calendar without the picks connected).
+    QCalendarWidget *calendarWidget();
+
 signals:
     void datePicked(const QDate &date);
 

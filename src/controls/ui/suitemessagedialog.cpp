@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr int kQuestionIcon = 9;
 constexpr int kMinimumWidth = 380;
 constexpr int kPromptMinimumWidth = 300;
 constexpr int kPromptMaximumWidth = 460;
@@ -42,7 +41,7 @@ SuiteMessageDialog::SuiteMessageDialog(const MessageRequest &request, QWidget *p
 
     auto *icon = new QLabel(this);
     icon->setObjectName("iconLabel");
-    const QStyle::StandardPixmap pixmap = request.iconKind == kQuestionIcon
+    const QStyle::StandardPixmap pixmap = request.iconKind == IconQuestion
                                               ? QStyle::SP_MessageBoxQuestion
                                               : QStyle::SP_MessageBoxInformation;
     icon->setPixmap(style()->standardIcon(pixmap, nullptr, this).pixmap(kIconSize, kIconSize));

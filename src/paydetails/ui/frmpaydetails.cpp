@@ -1,10 +1,10 @@
 #include "paydetails/ui/frmpaydetails.h"
 
+#include "controls/ui/formevents.h"
 #include "paydetails/paydetailseditor.h"
 #include "paydetails/ui/paydetailspanel.h"
 
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -22,7 +22,7 @@ frmPaydetails::frmPaydetails(qint32 addressId, QWidget *parent)
     m_ok->setAutoDefault(false);
     m_ok->setDefault(false);
     m_ok->setMinimumWidth(90);
-    m_ok->installEventFilter(this);
+    (new FormEvents(this, nullptr, {}, [this] { focusNextChild(); }))->watch(m_ok);
     connect(m_ok, &QPushButton::clicked, this, &QDialog::accept);
 
     auto *buttons = new QHBoxLayout;
@@ -74,16 +74,4 @@ void frmPaydetails::done(int result)
     if (m_loaded && (!m_panel->commitPendingEdits() || m_editor->queryClose()))
         return;
     QDialog::done(result);
-}
-
-bool frmPaydetails::eventFilter(QObject *watched, QEvent *event)
-{
-    if (watched == m_ok && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent *>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-            focusNextChild();
-            return true;
-        }
-    }
-    return QDialog::eventFilter(watched, event);
 }

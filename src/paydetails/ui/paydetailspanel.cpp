@@ -2,8 +2,10 @@
 
 #include "controls/ui/checkedcelldelegate.h"
 #include "controls/ui/combodelegate.h"
-#include "controls/ui/combomirror.h"
+#include "controls/ui/combolistmodel.h"
 #include "controls/ui/datepicker.h"
+#include "controls/ui/formevents.h"
+#include "controls/ui/formwidgets.h"
 #include "paydetails/deductiongrid.h"
 #include "paydetails/ui/deductiongridmodel.h"
 
@@ -29,14 +31,7 @@ namespace {
 
 using Editor = PayDetailsEditor;
 
-// The width a line edit needs to show chars characters, frame included.
-int widthForChars(const QLineEdit *edit, int chars)
-{
-    const QFontMetrics fm = edit->fontMetrics();
-    // QLineEdit's size hint is seventeen "x" wide plus its frame and margins.
-    const int frame = edit->sizeHint().width() - 17 * fm.horizontalAdvance(QLatin1Char('x'));
-    return frame + (chars + 1) * fm.horizontalAdvance(QLatin1Char('0'));
-}
+using FormWidgets::widthForChars;
 
 // Room for "30/12/2010", and for "$123,456.00" in the money fields.
 constexpr int kDateChars = 10;
@@ -46,21 +41,7 @@ constexpr int kListChars = 24;
 
 QFormLayout *makeForm()
 {
-    auto *form = new QFormLayout;
-    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
-    form->setRowWrapPolicy(QFormLayout::DontWrapRows);
-    form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    form->setFormAlignment(Qt::AlignLeft | Qt::AlignTop);
-    form->setHorizontalSpacing(10);
-    form->setVerticalSpacing(6);
-    return form;
-}
-
-QLabel *makeLabel(const QString &text, QWidget *buddy)
-{
-    auto *label = new QLabel(text);
-    label->setBuddy(buddy);
-    return label;
+    return FormWidgets::formLayout(QFormLayout::FieldsStayAtSizeHint, 6);
 }
 
 } // namespace
@@ -71,7 +52,6 @@ PayDetailsPanel::PayDetailsPanel(PayDetailsEditor &editor, QWidget *parent)
               [this](QObject *field) { return leave(field); })
 {
     setObjectName("PayDetailsPanel");
-    m_listRevisions.fill(~quint64(0));
 
     auto *root = new QVBoxLayout(this);
     root->setContentsMargins(0, 0, 0, 0);
@@ -82,20 +62,26 @@ PayDetailsPanel::PayDetailsPanel(PayDetailsEditor &editor, QWidget *parent)
     setTabOrderChain();
     // The panel sees every key and focus change before its controls do. The
     // grid's cell editors come later and keep their own keys.
-    for (QWidget *child : findChildren<QWidget *>())
-        child->installEventFilter(this);
+    auto *events = new FormEvents(
+        this, &m_entry,
+        [this](const QObject *w) { return textIndexOf(w) >= 0 || listIndexOf(w) >= 0; },
+        [this] { focusNextChild(); });
+    for (QWidget *child : findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
+        events->watch(child);
     connectEditor();
     syncFromEditor();
 }
+
+PayDetailsPanel::~PayDetailsPanel() = default;
 
 // ---- Layout ----------------------------------------------------------------
 
 QLineEdit *PayDetailsPanel::makeText(int field)
 {
-    auto *edit = new QLineEdit;
     // The address window names its fields Text2, the dialog TxtWage.
-    edit->setObjectName((m_dialog ? QStringLiteral("TxtWage_") : QStringLiteral("Text2_")) +
-                        QString::number(field));
+    QLineEdit *edit = FormWidgets::textField(
+        (m_dialog ? QStringLiteral("TxtWage_") : QStringLiteral("Text2_")) + QString::number(field),
+        m_entry, [this, field](const QString &text) { m_editor.textEdited(field, text); });
     m_texts[std::size_t(field)] = edit;
     if (const int limit = Editor::maxLength(field); limit > 0)
         edit->setMaxLength(limit);
@@ -115,10 +101,6 @@ QLineEdit *PayDetailsPanel::makeText(int field)
         edit->setFixedWidth(widthForChars(edit, kCodeChars));
         break;
     }
-    connect(edit, &QLineEdit::textEdited, this, [this, edit, field](const QString &text) {
-        m_entry.beforeEdit(edit);
-        m_editor.textEdited(field, text);
-    });
     return edit;
 }
 
@@ -126,11 +108,11 @@ QComboBox *PayDetailsPanel::makeList(int index)
 {
     auto *combo = new QComboBox;
     combo->setObjectName(QStringLiteral("cmbWage_%1").arg(index));
-    combo->setEditable(false);
     combo->setMaxVisibleItems(16);
     combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     combo->setMinimumContentsLength(kListChars);
     m_lists[std::size_t(index)] = combo;
+    m_mirrors[std::size_t(index)] = std::make_unique<ComboMirror>(combo, m_editor.list(index));
     connect(combo, &QComboBox::activated, this, [this, combo, index](int item) {
         m_entry.beforeEdit(combo);
         m_editor.listChosen(index, item);
@@ -144,7 +126,7 @@ QComboBox *PayDetailsPanel::makeList(int index)
 void PayDetailsPanel::addListRow(QFormLayout *form, const QString &caption, int index)
 {
     QComboBox *combo = makeList(index);
-    m_listLabels[std::size_t(index)] = makeLabel(caption, combo);
+    m_listLabels[std::size_t(index)] = FormWidgets::caption(caption, combo);
     form->addRow(m_listLabels[std::size_t(index)], combo);
 }
 
@@ -189,7 +171,7 @@ QWidget *PayDetailsPanel::buildFieldsArea()
 
     const auto addText = [this](QFormLayout *form, const QString &caption, int field) {
         QLineEdit *edit = makeText(field);
-        QLabel *label = makeLabel(caption, edit);
+        QLabel *label = FormWidgets::caption(caption, edit);
         form->addRow(label, edit);
         return label;
     };
@@ -370,8 +352,7 @@ void PayDetailsPanel::setTabOrderChain()
                                     m_texts[Editor::KiwiSaverStartDate]};
     if (m_includeESCT)
         chain.push_back(m_includeESCT);
-    for (std::size_t i = 1; i < chain.size(); ++i)
-        setTabOrder(chain[i - 1], chain[i]);
+    FormWidgets::chainTabOrder(chain);
 }
 
 // ---- Editor to widgets -----------------------------------------------------
@@ -389,26 +370,15 @@ void PayDetailsPanel::syncFromEditor()
 void PayDetailsPanel::syncOnce()
 {
     for (int i = 0; i < Editor::TextCount; ++i) {
-        QLineEdit *edit = m_texts[std::size_t(i)];
-        const QString text = m_editor.text(i);
-        // Setting an equal text would move the cursor under the user's hands.
-        if (edit->text() != text)
-            edit->setText(text);
+        FormWidgets::showText(m_texts[std::size_t(i)], m_editor.text(i));
         if (CvDatePicker *picker = m_pickers[std::size_t(i)]) {
             const QDate date = m_editor.pickerDate(i);
             if (date.isValid() && picker->date() != date)
                 picker->setDate(date);
         }
     }
-    for (int i = 0; i < Editor::ListCount; ++i) {
-        const ComboList &list = m_editor.list(i);
-        QComboBox *combo = m_lists[std::size_t(i)];
-        if (list.revision() != m_listRevisions[std::size_t(i)]) {
-            mirrorComboList(combo, list);
-            m_listRevisions[std::size_t(i)] = list.revision();
-        }
-        combo->setCurrentIndex(list.listIndex());
-    }
+    for (const std::unique_ptr<ComboMirror> &mirror : m_mirrors)
+        mirror->sync();
     m_lists[Editor::Bank]->setEnabled(m_editor.bankListEnabled());
 
     const QString payRate = m_editor.payRateCaption();
@@ -443,42 +413,12 @@ void PayDetailsPanel::syncOnce()
 
 int PayDetailsPanel::textIndexOf(const QObject *object) const
 {
-    const auto at = std::find(m_texts.begin(), m_texts.end(), object);
-    return at == m_texts.end() ? -1 : int(at - m_texts.begin());
+    return FormWidgets::indexOf(m_texts, object);
 }
 
 int PayDetailsPanel::listIndexOf(const QObject *object) const
 {
-    const auto at = std::find(m_lists.begin(), m_lists.end(), object);
-    return at == m_lists.end() ? -1 : int(at - m_lists.begin());
-}
-
-bool PayDetailsPanel::eventFilter(QObject *watched, QEvent *event)
-{
-    const auto *widget = qobject_cast<QWidget *>(watched);
-    // Pop-up lists and calendars are windows of their own: they keep their keys.
-    if (!widget || widget->window() != window())
-        return QWidget::eventFilter(watched, event);
-
-    switch (event->type()) {
-    case QEvent::KeyPress: {
-        const auto *key = static_cast<QKeyEvent *>(event);
-        if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
-            // Enter moves on, as Tab does.
-            focusNextChild();
-            return true;
-        }
-        break;
-    }
-    case QEvent::FocusIn:
-    case QEvent::FocusOut:
-        if (textIndexOf(watched) >= 0 || listIndexOf(watched) >= 0)
-            m_entry.focusEvent(watched, *static_cast<QFocusEvent *>(event));
-        break;
-    default:
-        break;
-    }
-    return QWidget::eventFilter(watched, event);
+    return FormWidgets::indexOf(m_lists, object);
 }
 
 void PayDetailsPanel::enter(QObject *field, bool byFocus)

@@ -5,6 +5,7 @@
 #include "paydetails/paydetailseditor.h"
 
 #include <array>
+#include <memory>
 #include <QWidget>
 
 class QCheckBox;
@@ -16,6 +17,7 @@ class QTabWidget;
 class QTableView;
 class CheckedCellDelegate;
 class ComboDelegate;
+class ComboMirror;
 class CvDatePicker;
 class DeductionGridModel;
 
@@ -30,6 +32,7 @@ class PayDetailsPanel : public QWidget
 
 public:
     explicit PayDetailsPanel(PayDetailsEditor &editor, QWidget *parent = nullptr);
+    ~PayDetailsPanel() override;
 
     PayDetailsEditor &editor() const { return m_editor; }
 
@@ -38,9 +41,6 @@ public:
     // False when the editor refused it; the user stays there and the host must not
     // go on.
     bool commitPendingEdits();
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     QLineEdit *makeText(int field);
@@ -69,7 +69,7 @@ private:
     std::array<QLineEdit *, PayDetailsEditor::TextCount> m_texts{};
     std::array<CvDatePicker *, PayDetailsEditor::TextCount> m_pickers{};
     std::array<QComboBox *, PayDetailsEditor::ListCount> m_lists{};
-    std::array<quint64, PayDetailsEditor::ListCount> m_listRevisions{};
+    std::array<std::unique_ptr<ComboMirror>, PayDetailsEditor::ListCount> m_mirrors;
     std::array<QLabel *, PayDetailsEditor::ListCount> m_listLabels{};
     QLabel *m_payRateLabel = nullptr;
     QLabel *m_cashbookLabel = nullptr;
