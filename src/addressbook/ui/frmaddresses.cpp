@@ -63,12 +63,12 @@ frmAddresses::frmAddresses(AddressBookLogic &logic, QWidget *parent)
     buildLayout();
     setTabOrderChain();
     // The window sees every key and focus change before its controls do.
-    auto *events = new FormEvents(
+    m_events = new FormEvents(
         this, &m_entry, [this](const QObject *w) { return fieldIndexOf(w) >= 0; },
         [this] { focusNextChild(); },
         [this](QObject *watched, QEvent *event) { return handleEvent(watched, event); });
     for (QWidget *child : findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
-        events->watch(child);
+        m_events->watch(child);
     connectLogic();
     resize(kDefaultWidth, kDefaultHeight);
     syncFromLogic();
@@ -76,6 +76,10 @@ frmAddresses::frmAddresses(AddressBookLogic &logic, QWidget *parent)
 
 frmAddresses::~frmAddresses()
 {
+    // The widgets are destroyed after this body: the focus leaving one of them then must
+    // reach neither the logic nor this half-destroyed window.
+    delete m_events;
+    disconnect(&m_logic, nullptr, this, nullptr);
     setWaitCursor(false);
 }
 

@@ -19,6 +19,7 @@ class QPushButton;
 class QTabWidget;
 class AlphaList;
 class ComboMirror;
+class FormEvents;
 
 // The address book's main window. It shows what AddressBookLogic holds and
 // forwards the user's actions to it; every rule lives in the logic. Whenever
@@ -76,6 +77,7 @@ private:
 
     AddressBookLogic &m_logic;
     FieldEntry m_entry; // which address box the user is in
+    FormEvents *m_events = nullptr;
     SyncPass m_sync;
     bool m_waitCursor = false;
     qint32 m_stripColour = -1;

@@ -62,17 +62,23 @@ PayDetailsPanel::PayDetailsPanel(PayDetailsEditor &editor, QWidget *parent)
     setTabOrderChain();
     // The panel sees every key and focus change before its controls do. The
     // grid's cell editors come later and keep their own keys.
-    auto *events = new FormEvents(
+    m_events = new FormEvents(
         this, &m_entry,
         [this](const QObject *w) { return textIndexOf(w) >= 0 || listIndexOf(w) >= 0; },
         [this] { focusNextChild(); });
     for (QWidget *child : findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
-        events->watch(child);
+        m_events->watch(child);
     connectEditor();
     syncFromEditor();
 }
 
-PayDetailsPanel::~PayDetailsPanel() = default;
+PayDetailsPanel::~PayDetailsPanel()
+{
+    // As the widgets are destroyed after this body, the focus leaving one of them must
+    // reach neither the editor nor this half-destroyed panel.
+    delete m_events;
+    disconnect(&m_editor, nullptr, this, nullptr);
+}
 
 // ---- Layout ----------------------------------------------------------------
 

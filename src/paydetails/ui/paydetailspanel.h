@@ -18,6 +18,7 @@ class QTableView;
 class CheckedCellDelegate;
 class ComboDelegate;
 class ComboMirror;
+class FormEvents;
 class CvDatePicker;
 class DeductionGridModel;
 
@@ -65,6 +66,7 @@ private:
     bool m_dialog;
     SyncPass m_sync;
     FieldEntry m_entry; // which field the user is in
+    FormEvents *m_events = nullptr;
 
     std::array<QLineEdit *, PayDetailsEditor::TextCount> m_texts{};
     std::array<CvDatePicker *, PayDetailsEditor::TextCount> m_pickers{};
