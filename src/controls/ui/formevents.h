@@ -10,6 +10,8 @@ class QWidget;
 // handling: Enter moves on as Tab does, and the focus changes of the form's fields
 // reach its FieldEntry. Pop-up lists and calendars are windows of their own and keep
 // their events.
+// The host deletes it at the start of its own destructor: its widgets go after, and the
+// focus leaving them then must not reach a half-destroyed form.
 class FormEvents : public QObject
 {
 public:

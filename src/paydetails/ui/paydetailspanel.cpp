@@ -74,10 +74,9 @@ PayDetailsPanel::PayDetailsPanel(PayDetailsEditor &editor, QWidget *parent)
 
 PayDetailsPanel::~PayDetailsPanel()
 {
-    // As the widgets are destroyed after this body, the focus leaving one of them must
-    // reach neither the editor nor this half-destroyed panel.
+    // The widgets are destroyed after this body: the focus leaving one of them then must
+    // not reach the editor, which its host may have destroyed already.
     delete m_events;
-    disconnect(&m_editor, nullptr, this, nullptr);
 }
 
 // ---- Layout ----------------------------------------------------------------
