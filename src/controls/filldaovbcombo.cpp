@@ -10,6 +10,7 @@
 #include "data/serialdate.h"
 
 #include <QDateTime>
+#include <utility>
 
 namespace {
 
@@ -65,7 +66,15 @@ void FillDaoVBCombo(Database &db, ComboList &list, const QString &query, qint32 
                     bool addNone, QString noneText, bool matchZero, bool useItemData,
                     bool leaveSelection)
 {
-    Recordset rs(db, query, Recordset::Snapshot);
+    FillDaoVBCombo(db, list, query, QVariantList(), selectedId, addNone, std::move(noneText),
+                   matchZero, useItemData, leaveSelection);
+}
+
+void FillDaoVBCombo(Database &db, ComboList &list, const QString &query, const QVariantList &values,
+                    qint32 selectedId, bool addNone, QString noneText, bool matchZero,
+                    bool useItemData, bool leaveSelection)
+{
+    Recordset rs(db, query, values, Recordset::Snapshot);
     if (noneText.isEmpty())
         noneText = QStringLiteral("None");
     const int shownField = useItemData ? 1 : 0;
@@ -101,11 +110,19 @@ void fillGridColumnValueList(GridColumns &grid, const QString &query, int column
                              const QString &displayField, const QString &boundField,
                              const GridValueListOptions &options)
 {
+    fillGridColumnValueList(grid, query, QVariantList(), column, db, displayField, boundField,
+                            options);
+}
+
+void fillGridColumnValueList(GridColumns &grid, const QString &query, const QVariantList &values,
+                             int column, Database &db, const QString &displayField,
+                             const QString &boundField, const GridValueListOptions &options)
+{
     GridColumn &target = grid.column(column);
     target.options = options;
     target.valueItems.clear();
     std::vector<GridValueItem> items;
-    Recordset rs(db, query, Recordset::Snapshot);
+    Recordset rs(db, query, values, Recordset::Snapshot);
     for (; !rs.eof(); rs.moveNext())
         items.push_back({rs.value(boundField), fieldDisplayText(rs.value(displayField))});
     target.valueItems = std::move(items);

@@ -4,6 +4,7 @@
 
 #include <QLatin1String>
 #include <QString>
+#include <QVariantList>
 
 class ComboList;
 class Database;
@@ -27,6 +28,10 @@ inline constexpr QLatin1String
 void FillDaoVBCombo(Database &db, ComboList &list, const QString &query, qint32 selectedId,
                     bool addNone, QString noneText, bool matchZero, bool useItemData,
                     bool leaveSelection);
+// The same with values bound in order to the query's ? markers.
+void FillDaoVBCombo(Database &db, ComboList &list, const QString &query, const QVariantList &values,
+                    qint32 selectedId, bool addNone, QString noneText, bool matchZero,
+                    bool useItemData, bool leaveSelection);
 
 // Fills the column's value list from the query on db:
 // boundField is the value the grid stores, displayField the name it shows. When the query
@@ -35,3 +40,7 @@ void FillDaoVBCombo(Database &db, ComboList &list, const QString &query, qint32 
 void fillGridColumnValueList(GridColumns &grid, const QString &query, int column, Database &db,
                              const QString &displayField, const QString &boundField,
                              const GridValueListOptions &options = {});
+// The same with values bound in order to the query's ? markers.
+void fillGridColumnValueList(GridColumns &grid, const QString &query, const QVariantList &values,
+                             int column, Database &db, const QString &displayField,
+                             const QString &boundField, const GridValueListOptions &options = {});

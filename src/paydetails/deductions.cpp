@@ -49,9 +49,9 @@ QVariant gridCell(const QVariant &value, JetType type)
 
 } // namespace
 
-qint32 wholePercentageByQuery(Database &db, const QString &query)
+qint32 wholePercentageByQuery(Database &db, const QString &query, const QVariantList &values)
 {
-    Recordset rs(db, query);
+    Recordset rs(db, query, values);
     if (rs.eof())
         return 0;
     const auto rounded = roundToInt32(rs.value(QStringLiteral("percentage")).toDouble());
@@ -64,15 +64,13 @@ qint32 wholePercentageByQuery(Database &db, const QString &query)
 void fillDeductionRows(Database &wage, qint32 employeeId, DeductionGrid &grid)
 {
     grid.setBaseQuery(BaseQuery);
-    const QString id = QString::number(employeeId);
     // AND binds tighter than OR: the employee's rows whose name is not KiwiSaver's, or has
     // no tax name at all (a Null never compares unequal).
-    const QString rowsQuery = BaseQuery + "WHERE EmployeeID=" + id +
-                              " AND DeductID > 0 AND DeductNames.TaxName <> \"KiwiSaver\"" +
-                              " OR " + "EmployeeID=" + id +
-                              " AND DeductID > 0 AND DeductNames.TaxName is Null";
+    const QString rowsQuery =
+        BaseQuery + "WHERE EmployeeID=? AND DeductID > 0 AND DeductNames.TaxName <> \"KiwiSaver\""
+                    " OR EmployeeID=? AND DeductID > 0 AND DeductNames.TaxName is Null";
     grid.clear();
-    Recordset rs(wage, rowsQuery, Recordset::Snapshot);
+    Recordset rs(wage, rowsQuery, {employeeId, employeeId}, Recordset::Snapshot);
     std::vector<std::vector<QVariant>> rows;
     rows.reserve(std::size_t(rs.recordCount()));
     for (; !rs.eof(); rs.moveNext()) {
@@ -90,14 +88,12 @@ void fillDeductionList(Database &wage, DeductionGrid &grid, qint32 countryCode)
                           {QStringLiteral("EmployeeDeductID"), QStringLiteral("Deduction"),
                            QStringLiteral("Fixed Amount"), QStringLiteral("Percent"), QVariant()});
     grid.markChanged();
-    const QString listQuery =
-        QStringLiteral("select DeductNameID, DeductionName from DeductNames where "
-                       "DeductNames.TaxName <> \"KiwiSaver\"") +
-        " Or DeductNames.CountryPhone = 0 Or DeductNames.CountryPhone = " +
-        QString::number(countryCode) + " And TaxName Is Null " +
-        "ORDER BY DeductNames.Deductionname";
-    fillGridColumnValueList(grid.columns(), listQuery, DeductionGrid::DeductIdColumn, wage,
-                            QStringLiteral("DeductionName"), QStringLiteral("DeductNameID"));
+    const QString listQuery = QStringLiteral(
+        "select DeductNameID, DeductionName from DeductNames where "
+        "DeductNames.TaxName <> \"KiwiSaver\" Or DeductNames.CountryPhone = 0 Or "
+        "DeductNames.CountryPhone = ? And TaxName Is Null ORDER BY DeductNames.Deductionname");
+    fillGridColumnValueList(grid.columns(), listQuery, {countryCode}, DeductionGrid::DeductIdColumn,
+                            wage, QStringLiteral("DeductionName"), QStringLiteral("DeductNameID"));
     grid.markChanged();
 }
 
@@ -138,8 +134,9 @@ float percentageLookup(const DeductionGrid &grid, qint32 deductNameId)
 qint32 deductionPercentageByQuery(Database &wage, qint32 deductNameId)
 {
     return wholePercentageByQuery(
-        wage, QStringLiteral("SELECT DeductNames.* From DeductNames ") +
-                  "WHERE DeductNames.DeductNameID=" + QString::number(deductNameId));
+        wage,
+        QStringLiteral("SELECT DeductNames.* From DeductNames WHERE DeductNames.DeductNameID=?"),
+        {deductNameId});
 }
 
 void ChangeRate(DeductionGrid &grid, int row, qint16 column)
@@ -169,13 +166,13 @@ void ChangeRate(DeductionGrid &grid, int row, qint16 column)
 void SaveDeductXArray(DeductionGrid &grid, Database &wage, qint32 employeeId)
 {
     wage.transaction([&] {
-        const QString id = QString::number(employeeId);
-        wage.execute("Delete * FROM EmployeeDeductions Where EmployeeID=" + id +
-                     " AND TaxName is null");
+        wage.execute(QStringLiteral(
+                         "Delete * FROM EmployeeDeductions Where EmployeeID=? AND TaxName is null"),
+                     {employeeId});
         // The rows query's fields decide what is written; reading only this employee's
         // rows keeps the open cheap on a large book.
         const QString base = grid.baseQuery().isEmpty() ? BaseQuery : grid.baseQuery();
-        Recordset rs(wage, base + "WHERE EmployeeDeductions.EmployeeID=" + id);
+        Recordset rs(wage, base + "WHERE EmployeeDeductions.EmployeeID=?", {employeeId});
         const int lastColumn = std::min(grid.columnCount(), rs.fieldCount()) - 1;
         for (int row = 0; row < grid.rowCount(); ++row) {
             if (DeductionGrid::isEmptyCell(grid.value(row, DeductionGrid::DeductIdColumn)))

@@ -3,6 +3,7 @@
 #include <QLatin1String>
 #include <QString>
 #include <QtGlobal>
+#include <QVariantList>
 
 class Database;
 class DeductionGrid;
@@ -42,9 +43,10 @@ void SaveDeductXArray(DeductionGrid &grid, Database &wage, qint32 employeeId);
 // there is no such row. Throws CvError on a database failure.
 qint32 deductionPercentageByQuery(Database &wage, qint32 deductNameId);
 
-// The field "percentage" of the first row of a rate query, rounded to a whole number
-// (halves to even); 0 when the query has no rows. Throws CvError 6 when it does not fit.
-qint32 wholePercentageByQuery(Database &db, const QString &query);
+// The field "percentage" of the first row of a rate query (values bound in order to its ?
+// markers), rounded to a whole number (halves to even); 0 when the query has no rows.
+// Throws CvError 6 when it does not fit.
+qint32 wholePercentageByQuery(Database &db, const QString &query, const QVariantList &values = {});
 
 // The default rate of a deduction name from the grid's percentage table, 0 when unknown.
 float percentageLookup(const DeductionGrid &grid, qint32 deductNameId);

@@ -3,7 +3,6 @@
 #include "config/suiteconfig.h"
 #include "core/cverror.h"
 #include "data/database.h"
-#include "data/jetsql.h"
 #include "data/recordset.h"
 
 namespace {
@@ -36,9 +35,10 @@ qint32 DefaultTaxTypeID(Database &wage)
 
 qint32 DefaultTaxTypeID(Database &wage, qint32 country)
 {
-    Recordset rs(wage, "select top 1 taxtypeid, Taxname, Order from TaxTypes where "
-                       "CountryPhone = " +
-                           QString::number(country) + " or CountryPhone=0 order by taxTypes.order");
+    Recordset rs(wage,
+                 QStringLiteral("select top 1 taxtypeid, Taxname, Order from TaxTypes where "
+                                "CountryPhone = ? or CountryPhone=0 order by taxTypes.order"),
+                 {country});
     if (rs.eof())
         addSeedRow(rs, {{"TaxName", QStringLiteral("General")}, {"Order", 0}});
     return qint32(rs.value(QStringLiteral("TaxTypeID")).toLongLong());
@@ -58,10 +58,10 @@ qint32 DefaultPayIntervalID(Database &wage)
 qint32 KiwiSaverDeductID(Database &wage, qint32 employeeId)
 {
     Recordset rs(wage,
-                 "SELECT EmployeeDeductions.* From EmployeeDeductions "
-                 "WHERE EmployeeDeductions.EmployeeID=" +
-                     QString::number(employeeId) + " AND EmployeeDeductions.TaxName=\"kiwisaver\"",
-                 Recordset::Snapshot);
+                 QStringLiteral("SELECT EmployeeDeductions.* From EmployeeDeductions "
+                                "WHERE EmployeeDeductions.EmployeeID=? "
+                                "AND EmployeeDeductions.TaxName=\"kiwisaver\""),
+                 {employeeId}, Recordset::Snapshot);
     if (rs.eof())
         return 0;
     return qint32(rs.value(QStringLiteral("DeductID")).toLongLong());
@@ -70,10 +70,9 @@ qint32 KiwiSaverDeductID(Database &wage, qint32 employeeId)
 bool IsKiwiSaverMemberType(Database &wage, const QString &enrolType)
 {
     Recordset rs(wage,
-                 "SELECT KiwiSaverEnrollType.* From KiwiSaverEnrollType "
-                 "WHERE KiwiSaverEnrollType.KSEnrollType=" +
-                     JetSql::quote(enrolType),
-                 Recordset::Snapshot);
+                 QStringLiteral("SELECT KiwiSaverEnrollType.* From KiwiSaverEnrollType "
+                                "WHERE KiwiSaverEnrollType.KSEnrollType=?"),
+                 {enrolType}, Recordset::Snapshot);
     // No test for an empty result: an unknown type fails as no current record.
     return rs.value(QStringLiteral("KSMember")).toBool();
 }

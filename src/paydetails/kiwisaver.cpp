@@ -3,8 +3,8 @@
 #include "core/cverror.h"
 #include "data/database.h"
 #include "data/recordset.h"
-#include "paydetails/deductions.h"
 #include "messages/errorreport.h"
+#include "paydetails/deductions.h"
 
 namespace {
 
@@ -13,14 +13,13 @@ void saveKiwiSaverRow(Database &wage, const QString &table, const QString &idFie
                       qint32 employeeId, qint32 rateId, qint32 percentage, bool removeOnly)
 {
     wage.transaction([&] {
-        const QString employee = QString::number(employeeId);
         // Text compares without regard to case, so this also removes "KiwiSaver" rows.
-        wage.execute("Delete * FROM " + table + " Where EmployeeID=" + employee +
-                     " AND TaxName=\"kiwisaver\"");
+        wage.execute("Delete * FROM " + table + " Where EmployeeID=? AND TaxName=\"kiwisaver\"",
+                     {employeeId});
         if (removeOnly)
             return;
         // Only the employee's rows: opening the whole table would read every employee's.
-        Recordset rs(wage, "SELECT * FROM " + table + " WHERE EmployeeID=" + employee);
+        Recordset rs(wage, "SELECT * FROM " + table + " WHERE EmployeeID=?", {employeeId});
         rs.addNew();
         rs.setValue(QStringLiteral("EmployeeID"), employeeId);
         rs.setValue(idField, rateId);
@@ -54,6 +53,7 @@ qint32 contributionPercentageByQuery(Database &wage, qint32 contributionNameId)
 {
     return wholePercentageByQuery(
         wage,
-        QStringLiteral("SELECT ContributionNames.* From ContributionNames ") +
-            "WHERE ContributionNames.ContributionNameID=" + QString::number(contributionNameId));
+        QStringLiteral("SELECT ContributionNames.* From ContributionNames "
+                       "WHERE ContributionNames.ContributionNameID=?"),
+        {contributionNameId});
 }

@@ -38,10 +38,9 @@ const char *const kListColumns[PayDetailsEditor::ListCount] = {
 const QString kPleaseSelect = QStringLiteral("<Please Select>");
 constexpr qint32 kDefaultEnrolType = 6;
 
-QString employeeQuery(qint32 addressId)
-{
-    return "Select Distinctrow * from Employees where AddressID = " + QString::number(addressId);
-}
+// An entry's employee row, by the entry's AddressID.
+const QString kEmployeeQuery =
+    QStringLiteral("Select Distinctrow * from Employees where AddressID = ?");
 
 // A default the suite reports under the look-up's own name when it cannot be read, and then
 // goes on with 0.
@@ -175,16 +174,15 @@ void PayDetailsEditor::load(Database &suite, qint32 addressId)
 PayDetailsEditor::Selection PayDetailsEditor::readRow(Database &suite)
 {
     {
-        Recordset entry(suite,
-                        "Select distinctrow BusName from Addresses where AddressID = " +
-                            QString::number(m_addressId),
-                        Recordset::Snapshot);
+        Recordset entry(
+            suite, QStringLiteral("Select distinctrow BusName from Addresses where AddressID = ?"),
+            {m_addressId}, Recordset::Snapshot);
         m_entryName = entry.eof() ? QString() : entry.value(0).toString();
     }
     Selection chosen;
     chosen.heading = proposedHeading(suite);
     qint32 employee = 0;
-    Recordset rs(suite, employeeQuery(m_addressId), Recordset::Snapshot);
+    Recordset rs(suite, kEmployeeQuery, {m_addressId}, Recordset::Snapshot);
     if (rs.eof()) {
         for (QString &t : m_text)
             t.clear();
@@ -351,7 +349,7 @@ bool PayDetailsEditor::save()
 void PayDetailsEditor::saveRow(bool member)
 {
     Database &db = wage();
-    Recordset rs(db, employeeQuery(m_addressId));
+    Recordset rs(db, kEmployeeQuery, {m_addressId});
     if (rs.eof()) {
         rs.addNew();
         rs.setValue(QStringLiteral("AddressID"), m_addressId);
@@ -437,7 +435,7 @@ void PayDetailsEditor::esctClicked(bool ticked)
         if (m_db) {
             const SaveOutcome outcome =
                 saveChanges(*m_db, QStringLiteral("the ESCT setting"), [this, ticked] {
-                    Recordset rs(wage(), employeeQuery(m_addressId));
+                    Recordset rs(wage(), kEmployeeQuery, {m_addressId});
                     if (!rs.eof()) {
                         rs.edit();
                         rs.setValue(QStringLiteral("IncludeESCT"), ticked);

@@ -15,20 +15,18 @@ qint32 g_defaultEPaymentBank = 0;
 qint32 firstBankId(Database &farm, int accountType, qint32 none)
 {
     Recordset rs(farm,
-                 "SELECT DISTINCTROW Banks.BanksID From Banks "
-                 "Where AccountType = " +
-                     QString::number(accountType) + " ORDER BY Banks.BanksID;",
-                 Recordset::Snapshot);
+                 QStringLiteral("SELECT DISTINCTROW Banks.BanksID From Banks "
+                                "Where AccountType = ? ORDER BY Banks.BanksID;"),
+                 {accountType}, Recordset::Snapshot);
     return rs.eof() ? none : qint32(rs.value(0).toLongLong());
 }
 
 // The editor's lists show the second field and keep the first as item data.
-void fill(Database &db, ComboList &list, const QString &query, qint32 selectedId)
+void fill(Database &db, ComboList &list, const QString &query, qint32 selectedId,
+          const QVariantList &values = {})
 {
-    FillDaoVBCombo(db, list, query, selectedId, false, QString(), false, true, false);
+    FillDaoVBCombo(db, list, query, values, selectedId, false, QString(), false, true, false);
 }
-
-const QString kKiwiSaver = QStringLiteral("\"kiwisaver\"");
 
 } // namespace
 
@@ -43,9 +41,9 @@ void fillOccupationList(Database &wage, ComboList &list, qint32 employeeTypeId)
 void fillTaxTypeList(Database &wage, ComboList &list, qint32 taxTypeId, qint32 countryCode)
 {
     fill(wage, list,
-         "Select distinctrow TaxTypeID, TaxName from TaxTypes where CountryPhone = " +
-             QString::number(countryCode) + " or CountryPhone=0 ORDER BY TaxTypes.Order",
-         taxTypeId);
+         QStringLiteral("Select distinctrow TaxTypeID, TaxName from TaxTypes "
+                        "where CountryPhone = ? or CountryPhone=0 ORDER BY TaxTypes.Order"),
+         taxTypeId, {countryCode});
 }
 
 void fillPayIntervalList(Database &wage, ComboList &list, qint32 payIntervalId)
@@ -59,18 +57,19 @@ void fillPayIntervalList(Database &wage, ComboList &list, qint32 payIntervalId)
 void fillKiwiSaverDeductionList(Database &wage, ComboList &list, qint32 deductNameId)
 {
     fill(wage, list,
-         "SELECT DeductNames.* From DeductNames WHERE DeductNames.TaxName=" + kKiwiSaver +
-             " ORDER BY DeductNames.Deductionname",
+         "SELECT DeductNames.* From DeductNames WHERE DeductNames.TaxName=\"kiwisaver\" "
+         "ORDER BY DeductNames.Deductionname",
          deductNameId);
 }
 
 void fillEmployerRateList(Database &wage, ComboList &list, qint32 contributionNameId)
 {
-    fill(wage, list,
-         "SELECT ContributionNames.ContributionNameID, ContributionNames.ContributionName, "
-         "ContributionNames.TaxName From ContributionNames WHERE ContributionNames.TaxName=" +
-             kKiwiSaver + " ORDER BY ContributionNames.ContributionName",
-         contributionNameId);
+    fill(
+        wage, list,
+        "SELECT ContributionNames.ContributionNameID, ContributionNames.ContributionName, "
+        "ContributionNames.TaxName From ContributionNames "
+        "WHERE ContributionNames.TaxName=\"kiwisaver\" ORDER BY ContributionNames.ContributionName",
+        contributionNameId);
 }
 
 void fillEnrolmentTypeList(Database &wage, ComboList &list, qint32 enrolTypeId)
@@ -143,10 +142,11 @@ QString payRateUnitCaption(qint32 employeeTypeId, Database &wage)
 {
     if (employeeTypeId <= 0)
         return QString();
-    Recordset rs(wage,
-                 "Select distinctrow Unitofpay From EmployeeAwardType where EmployeeTypeID = " +
-                     QString::number(employeeTypeId),
-                 Recordset::Snapshot);
+    Recordset rs(
+        wage,
+        QStringLiteral(
+            "Select distinctrow Unitofpay From EmployeeAwardType where EmployeeTypeID = ?"),
+        {employeeTypeId}, Recordset::Snapshot);
     if (rs.eof())
         return QString();
     const QVariant unit = rs.value(0);
