@@ -200,12 +200,21 @@ bool writeProfileString(const QString &section, const QString &key, const QStrin
     // The Windows folder always exists; its stand-in is made when first used.
     if (isBareName(file) && !QDir().mkpath(QFileInfo(path).path()))
         return false;
+    const auto bytesOf = [](const RawFile &file) {
+        QByteArray bytes = file.bom;
+        for (const RawLine &line : file.lines)
+            bytes += line.text + line.end;
+        return bytes;
+    };
     RawFile raw;
-    if (QFileInfo::exists(path)) {
+    QByteArray before;
+    const bool existed = QFileInfo::exists(path);
+    if (existed) {
         std::optional<RawFile> loaded = loadFile(path);
         if (!loaded)
             return false;
         raw = std::move(*loaded);
+        before = bytesOf(raw);
     }
     QByteArray lineEnd = kDefaultLineEnd;
     for (const RawLine &line : raw.lines) {
@@ -249,14 +258,15 @@ bool writeProfileString(const QString &section, const QString &key, const QStrin
             insertAfter(lastContent, keyLine);
     }
 
+    const QByteArray after = bytesOf(raw);
+    // A value written again as it stands (the employee switch on every opening) costs
+    // no rewrite and no sync to disk.
+    if (existed && after == before)
+        return true;
     QSaveFile out(path);
     if (!out.open(QIODevice::WriteOnly))
         return false;
-    out.write(raw.bom);
-    for (const RawLine &line : raw.lines) {
-        out.write(line.text);
-        out.write(line.end);
-    }
+    out.write(after);
     return out.commit();
 }
 
