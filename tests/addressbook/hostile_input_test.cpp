@@ -11,7 +11,6 @@
 #include "paydetails/paydetailseditor.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <map>
 #include <optional>
 #include <QSqlDatabase>
@@ -33,21 +32,16 @@ const QStringList &hostileStrings()
     // clang-format off
     static const QStringList strings = {
         // Quotes and SQL: a value concatenated into a statement would break or change it.
-        "'", "\"", "O'Brien", "''", "'; DROP TABLE Addresses; --", "\" OR 1=1 --",
-        "' OR '1'='1", "Robert'); DELETE FROM Employees; --",
+        "'", "O'Brien", "'; DROP TABLE Addresses; --", "\" OR 1=1 --",
         // Jet brackets and LIKE wildcards, in both dialects, and the escape character.
-        "[", "]", "[Addresses]", "*", "?", "%", "_", "#", "\\", "[!a-z]*", "100%_off",
+        "[Addresses]", "*", "?", "%", "_", "#", "\\", "[!a-z]*",
         // Our message placeholders, QString::arg's, and accelerator ampersands.
-        "|0|", "|1|", "|", "%1 %2", "&", "&&",
+        "|0|", "%1 %2", "&&",
         // Control characters: NUL cuts C strings; tab, CR and LF lines; ESC terminals.
-        "a" + ch(0) + "b", ch(0), "a\tb", "\r", "\n", "line1\r\nline2", ch(0x01),
-        ch(0x1b) + "[31mred", ch(0x7f),
-        // Direction marks and invisible characters that change how a name reads.
-        ch(0x202e) + "evil.exe", ch(0x200f), "a" + ch(0x200d) + "b", ch(0xfeff) + "bom",
-        "a" + ch(0xa0) + "b",
-        // Combining marks and macrons: one letter, several code units.
-        "e" + ch(0x301), "Z" + ch(0x36b) + ch(0x33e) + ch(0x35b), "Ngāti", "Ōtorohanga",
-        "Tāwhiti", "ĀĒĪŌŪ", "株式会社",
+        "a" + ch(0) + "b", ch(0), "a\tb", "line1\r\nline2", ch(0x1b) + "[31mred", ch(0x7f),
+        // Direction marks, invisible characters, combining marks and macrons.
+        ch(0x202e) + "evil.exe", "a" + ch(0x200d) + "b", ch(0xfeff) + "bom", "e" + ch(0x301),
+        "Ngāti", "ĀĒĪŌŪ", "株式会社",
         // Surrogate pairs, and lone surrogates: QString keeps them; the stored form
         // expected is what QString::toUtf8 makes of them ("?" for each).
         "😀", "🏳️‍🌈 farm", ch(0xd800), "a" + ch(0xdc00) + "b",
@@ -273,7 +267,6 @@ protected:
 
     std::unique_ptr<AddressBookLogic> book;
     std::unique_ptr<Editor> editor;
-    int exact = 0, normal = 0, refused = 0, failures = 0;
 };
 
 TEST_F(HostileInput, EveryTextFieldStoresRefusesOrNormalisesEveryString)
@@ -319,13 +312,11 @@ TEST_F(HostileInput, EveryTextFieldStoresRefusesOrNormalisesEveryString)
                 const QString typed = box->cut(s);
                 const QByteArray after = stored(*box);
                 const QByteArray want = expected(*box, typed, storedBefore, after, stored(hired));
-                if (after == want) {
-                    ++(box->normal() ? normal : exact);
-                } else if ((told || shown > 0) && after == storedBefore) {
-                    ++refused;
+                if (after == want)
+                    continue;
+                if ((told || shown > 0) && after == storedBefore) {
                     refusedBySave += !told;
                 } else {
-                    ++failures;
                     ADD_FAILURE() << box->table.toStdString() << '.' << box->column.toStdString()
                                   << ": typed " << describe(typed).toStdString() << "\n  stored   "
                                   << after.left(120).toHex(' ').toStdString() << "\n  expected "
@@ -335,7 +326,6 @@ TEST_F(HostileInput, EveryTextFieldStoresRefusesOrNormalisesEveryString)
                 }
             }
             if (refusedBySave != shown) {
-                ++failures;
                 ADD_FAILURE() << shown << " messages for " << refusedBySave
                               << " boxes refused by the save, typed " << describe(s).toStdString();
             }
@@ -348,8 +338,4 @@ TEST_F(HostileInput, EveryTextFieldStoresRefusesOrNormalisesEveryString)
     EXPECT_EQ(others(), othersBefore) << "only the entry being edited changes";
     for (const QString &file : {suite.farmPath(), suite.wagePath()})
         EXPECT_EQ(dump(file, "PRAGMA integrity_check"), QString("ok\x1f"));
-    std::printf("hostile input: %lld strings x %zu fields: stored byte for byte %d, taken in "
-                "normal form %d, refused with a message %d, failures %d\n",
-                static_cast<long long>(hostileStrings().size()), boxes.size(), exact, normal,
-                refused, failures);
 }

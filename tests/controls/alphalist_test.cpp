@@ -1,5 +1,5 @@
 // The letter strip: its rules without a widget (geometry, hit test, keys, the
-// selected-letter setter, drawing order, stored properties), then the widget, whose real
+// selected-letter setter, stored properties), then the widget, whose real
 // mouse and key events reach those rules, and what it paints.
 #include "controls/alphalistcanvas.h"
 #include "controls/alphalistgeometry.h"
@@ -116,34 +116,6 @@ protected:
     RecordingCanvas canvas;
     AlphaListLogic logic{canvas};
 };
-
-TEST_F(AlphaListLogicTest, ShowDrawsTheStripThenMovesTheHighlightOffZ)
-{
-    showNew();
-    EXPECT_EQ(canvas.outer, QSizeF(490, 21.6));
-    const QStringList &ops = canvas.ops;
-    ASSERT_EQ(ops.size(), 1 + 27 + 5);
-    EXPECT_EQ(ops[0], "clear 0");
-    EXPECT_EQ(ops[1], "letter * 2,2,20,20 c0c0c0");
-    EXPECT_EQ(ops[2], "letter A 18,2,36,20 c0c0c0");
-    EXPECT_EQ(ops[27], "letter Z 468,2,486,20 c0c0c0");
-    // Erase the cell last drawn ("Z"), then highlight the stored letter.
-    EXPECT_EQ(ops.mid(28), (QStringList{"fill 468,2,486,20 0", "letter Z 468,2,486,20 c0c0c0",
-                                        "fill 18,2,36,20 ff0000", "frame 18,2,36,20 ffff",
-                                        "letter A 18,2,36,20 ffff"}));
-    EXPECT_EQ(logic.selectedLetter(), "A");
-
-    // Moving on erases the highlighted cell with the letter it showed.
-    EXPECT_EQ(drawnBy([&] {
-                  logic.mouseDown(Qt::LeftButton, {40, 10});
-              }).mid(0, 2),
-              (QStringList{"fill 18,2,36,20 0", "letter A 18,2,36,20 c0c0c0"}));
-
-    logic.setOrientation(Vertical);
-    EXPECT_EQ(canvas.outer, QSizeF(21.6, 490));
-    EXPECT_TRUE(canvas.ops.contains("letter Z 2,468,20,486 c0c0c0"));
-    EXPECT_TRUE(canvas.ops.contains("fill 2,36,20,54 ff0000")); // "B" stays selected
-}
 
 TEST_F(AlphaListLogicTest, SelectedLetterSetter)
 {

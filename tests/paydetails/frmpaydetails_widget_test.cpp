@@ -1,14 +1,12 @@
 // The pay details dialog's wiring: picks, keys, closing and the deductions
 // grid reach the editor, and the widgets show what it holds. The rules are
 // tested on the editor.
-#include "data/database.h"
 #include "data/money.h"
 #include "data/serialdate.h"
 #include "messages/messageservice.h"
 #include "paydetails/deductiongrid.h"
 #include "paydetails/paydetailseditor.h"
 #include "paydetails/ui/frmpaydetails.h"
-#include "paydetails/ui/wagestab.h"
 #include "suitefiles.h"
 #include "support/messagerecorder.h"
 #include "support/qtprinters.h"
@@ -26,7 +24,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
-#include <QTabWidget>
 #include <QTest>
 
 namespace {
@@ -103,48 +100,6 @@ TEST_F(PayDialogTest, APickedDateIsWrittenIntoItsFieldAndLoggedWhenLeft)
     const QString notes = dialog->editor().pendingLog().join("\r\n"); // for the save
     EXPECT_TRUE(notes.endsWith("] Hired on " + SerialDate::toShortText(expected)))
         << notes.toStdString();
-}
-
-// Enter moves on; a box stops at its column's size (a longer text would be refused by the
-// save, silently); the close box takes what is typed.
-TEST_F(PayDialogTest, EnterMovesOnBoxesStopAtTheirColumnsSizeAndTheCloseBoxSaves)
-{
-    const qint32 id = addressOf("Mereana Hōhaia");
-    open(id);
-    focus(text(Editor::TaxCode));
-    QTest::keyClicks(text(Editor::TaxCode), "ME SL+SLCIR");
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    EXPECT_EQ(QApplication::focusWidget(), text(Editor::IRDnumber));
-    QTest::keyClicks(text(Editor::IRDnumber), "123-456-789"); // not left: the close takes it
-    dialog->close();
-    const QString where = " FROM Employees WHERE AddressID = %1";
-    EXPECT_EQ(employeeValue("SELECT TaxCode" + where, id).toString(), "ME SL+SLCI");
-    EXPECT_EQ(employeeValue("SELECT IRDnumber" + where, id).toString(), "123-456-789");
-}
-
-// The list that has the focus when the dialog opens is entered then: leaving it
-// unchanged logs nothing, and neither does a trip to another window and back.
-TEST_F(PayDialogTest, OpeningAndLookingAroundLogsNothing)
-{
-    const qint32 id = addressOf("Wiremu Ngata");
-    const QString notes = "SELECT notes FROM Addresses WHERE AddressID = " + QString::number(id);
-    const QString before = suite.farmValue(notes).toString();
-    open(id);
-    ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::focusWidget() != nullptr; }));
-    EXPECT_EQ(QApplication::focusWidget()->objectName(), "cmbWage_0");
-
-    QWidget other;
-    other.show();
-    other.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
-    dialog->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
-
-    focus(text(Editor::TaxCode));
-    focus(child<QComboBox>("cmbWage_2"));
-    focus(text(Editor::PayRate));
-    dialog->close();
-    EXPECT_EQ(suite.farmValue(notes).toString(), before);
 }
 
 // A window activated by the click that makes a choice gets its focus event after the
@@ -265,53 +220,6 @@ TEST_F(PayDialogTest, TheDeductionDropDownWritesTheDeductionsId)
     const QVariant id = combo->itemData(next);
     QTest::keyClick(combo, next == 0 ? Qt::Key_Home : Qt::Key_Down);
     EXPECT_EQ(rows.value(0, DeductionGrid::DeductIdColumn).toLongLong(), id.toLongLong());
-
-    // A deduction chosen in the empty last row adds a row.
-    ASSERT_TRUE(QTest::qWaitFor([grid] { return !grid->findChild<QComboBox *>("gridCombo"); }));
-    const int before = rows.rowCount();
-    const QPoint last =
-        grid->visualRect(grid->model()->index(before, DeductionGrid::DeductIdColumn)).center();
-    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, last);
-    QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, last);
-    combo = grid->findChild<QComboBox *>("gridCombo");
-    ASSERT_NE(combo, nullptr);
-    QTest::keyClick(combo, Qt::Key_End);
-    ASSERT_EQ(rows.rowCount(), before + 1);
-    EXPECT_EQ(rows.value(before, DeductionGrid::DeductIdColumn).toLongLong(),
-              combo->itemData(combo->count() - 1).toLongLong());
-    EXPECT_EQ(grid->model()->rowCount(), before + 2);
-}
-
-// The address window's page shares the panel: the enrolment type, picked with the keys,
-// shows and hides the rates with the ESCT tick.
-TEST_F(PayDialogTest, WagesTabWiring)
-{
-    Database farm(suite.farmPath());
-    farm.attach(suite.wagePath(), "wage");
-    WagesTab tab;
-    tab.loadWageTab(farm, addressOf("Aroha Tāwhiri"));
-    tab.show();
-    tab.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&tab));
-    auto *esct = tab.findChild<QWidget *>("chkIncudeESCT");
-    auto *employeeRate = tab.findChild<QComboBox *>("cmbWage_7");
-    ASSERT_TRUE(esct && employeeRate);
-    tab.findChild<QTabWidget *>("tabWages")->setCurrentIndex(1);
-    EXPECT_TRUE(esct->isVisible());
-    EXPECT_TRUE(employeeRate->isVisible());
-
-    auto *enrolment = namedChild<QComboBox>(&tab, "cmbWage_6");
-    ASSERT_TRUE(clickFocus(enrolment));
-    // Arrow keys, not typing: a space would open the drop-down.
-    const int optedOut = enrolment->findText("Opted out");
-    ASSERT_GE(optedOut, 0);
-    while (enrolment->currentIndex() != optedOut)
-        QTest::keyClick(enrolment,
-                        enrolment->currentIndex() < optedOut ? Qt::Key_Down : Qt::Key_Up);
-    ASSERT_EQ(enrolment->currentText(), "Opted out");
-    EXPECT_FALSE(esct->isVisible());
-    EXPECT_FALSE(employeeRate->isVisible());
-    EXPECT_FALSE(tab.editor().kiwiSaverEnrolled());
 }
 
 } // namespace

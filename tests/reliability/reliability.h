@@ -19,8 +19,6 @@ inline constexpr const char *EditedValues[] = {"1 Crash Test Lane", "Faultville"
 inline constexpr const char *NotesLine = "Reliability note: whole or absent";
 
 inline constexpr const char *NewPayRate = "$31.37";
-inline constexpr long long NewPayRateStored = 313700; // Currency: ten-thousandths
-inline constexpr int DeductionRows = 10;              // FixedAmount $1.00 .. $10.00
-inline constexpr long long DeductionSumStored = 550000;
+inline constexpr int DeductionRows = 10; // FixedAmount $1.00 .. $10.00
 
 } // namespace Reliability

@@ -1,7 +1,5 @@
 // The real cvaddress program, run as the suite runs it: its messages, its exit status, the
-// screenshot switch scripts use, the wage book's pick, and a clean start on the demo suite.
-#include "launch/wagebook.h"
-#include "launch/wagebooklistener.h"
+// screenshot switch scripts use, and a clean start on the demo suite.
 #include "suitefiles.h"
 #include "support/tempsuite.h"
 
@@ -26,10 +24,9 @@ struct ProgramRun
 };
 
 // Runs the program on the suite. messagesToStderr: no dialog waits for a person; else
-// the real dialogs are closed by the screenshot switch too. The event loop turns while
-// it runs, for a listener in this process.
+// the real dialogs are closed by the screenshot switch too..
 ProgramRun runProgram(const TempSuite &suite, const QStringList &arguments,
-                      bool messagesToStderr = true, const QString &runtime = {})
+                      bool messagesToStderr = true)
 {
     QTemporaryDir scratch;
     const QString shot = scratch.path() + "/shots/window.png";
@@ -40,7 +37,7 @@ ProgramRun runProgram(const TempSuite &suite, const QStringList &arguments,
     else
         env.remove("CORVANE_MESSAGES");
     env.insert("CORVANE_SHARED_DOCUMENTS", suite.dir());
-    env.insert("XDG_RUNTIME_DIR", runtime.isEmpty() ? scratch.path() : runtime);
+    env.insert("XDG_RUNTIME_DIR", scratch.path());
     env.insert("XDG_CONFIG_HOME", scratch.path());
     env.insert("CORVANE_SCREENSHOT", shot);
     QProcess process;
@@ -110,39 +107,6 @@ TEST(CvaddressProgram, SavesTheFirstWindowThenEveryLaunchEnds)
     const ProgramRun run = runProgram(empty, {"0,0,True,False"}, false);
     EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
     EXPECT_FALSE(run.shot.isNull());
-}
-
-// The wage book's pick with the real window: the wage book listens, the program opens on
-// the employee asked for, the window closes, and the wage book hears that employee once.
-TEST(CvaddressProgram, WagebookPickRepliesWithTheEmployeeShownAtClosing)
-{
-    TempSuite suite(false);
-    SuiteFiles::demoSuite(suite.dir(), true);
-    // A current employee that is not the first in the list.
-    const qint32 employee = suite
-                                .wageValue("SELECT AddressID FROM Employees WHERE Datefinished "
-                                           "IS NULL OR Datefinished = 0 ORDER BY AddressID DESC")
-                                .toInt();
-    ASSERT_NE(employee, 0);
-    QTemporaryDir runtime;
-    const QByteArray oldRuntime = qgetenv("XDG_RUNTIME_DIR");
-    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
-    std::vector<std::pair<qint32, qint32>> heard;
-    {
-        WagebookListener wagebook;
-        ASSERT_TRUE(wagebook.listen()) << wagebook.errorString().toStdString();
-        QObject::connect(&wagebook, &WagebookListener::messageReceived,
-                         [&](quint32 message, qint32 w, qint32 l) {
-                             EXPECT_EQ(message, GetWagebookMessageId());
-                             heard.emplace_back(w, l);
-                         });
-        const ProgramRun run = runProgram(suite, {QStringLiteral("1,%1,True,True").arg(employee)},
-                                          true, runtime.path());
-        EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
-    }
-    qputenv("XDG_RUNTIME_DIR", oldRuntime);
-    ASSERT_EQ(heard.size(), 1u);
-    EXPECT_EQ(heard[0], std::make_pair(employee, 0));
 }
 
 #endif
