@@ -131,47 +131,41 @@ void answerWhenShown(const QString &typed, bool cancel, QString *shownPrompt, QS
     });
 }
 
+// The default is selected, so typing replaces it; Cancel gives nothing.
 TEST(InputBoxTest, ReturnsTheTypedTextOrNothingOnCancel)
 {
+    const struct
+    {
+        const char *title, *defaultText, *typed;
+        bool cancel;
+        const char *answer;
+    } cases[] = {{"Add New Address", "", "Kauri Contracting", false, "Kauri Contracting"},
+                 {"Rename", "Old name", "New", false, "New"},
+                 {"Add New Address", "Default", "Discarded", true, ""}};
     InputBox box;
-    QString prompt, title;
-    answerWhenShown("Kauri Contracting", false, &prompt, &title);
-    EXPECT_EQ(box.ask("Enter the name", "Add New Address", QString()), "Kauri Contracting");
-    EXPECT_EQ(prompt, "Enter the name");
-    EXPECT_EQ(title, "Add New Address");
-
-    // The default is selected, so typing replaces it.
-    answerWhenShown("New", false, &prompt, &title);
-    EXPECT_EQ(box.ask("Enter the name", "Rename", "Old name"), "New");
-
-    answerWhenShown("Discarded", true, &prompt, &title);
-    EXPECT_EQ(box.ask("Enter the name", "Add New Address", "Default"), "");
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.typed);
+        QString prompt, title;
+        answerWhenShown(c.typed, c.cancel, &prompt, &title);
+        EXPECT_EQ(box.ask("Enter the name", c.title, c.defaultText), c.answer);
+        EXPECT_EQ(prompt, "Enter the name");
+        EXPECT_EQ(title, c.title);
+    }
 }
 
-MessageRequest question()
-{
-    MessageRequest r;
-    r.prompt = "Are you sure you want to delete Smith & Jones Contracting Limited, "
-               "and every note kept against this entry?\r\n\r\nThe entry cannot be "
-               "brought back once it is deleted.";
-    r.buttons = 4;
-    r.caption = "Corvane";
-    r.title = "Confirm Deletion?";
-    r.heading = "Smith && Jones";
-    r.iconKind = 9;
-    return r;
-}
-
-MessageRequest information()
-{
-    MessageRequest r;
-    r.prompt = "Description - Could not find file '/home/farm/data/Farm32.mdb'.(3024) was "
-               "generated in frmAddresses.Form_Load";
-    r.caption = "Corvane Error";
-    r.title = "An Error has Occurred";
-    r.heading = "Error 3024 R&&D";
-    return r;
-}
+// Ampersands in the heading come doubled, as SuiteMessageBox passes them.
+const MessageRequest question{"Are you sure you want to delete Smith & Jones Contracting "
+                              "Limited, and every note kept against this entry?\r\n\r\nThe "
+                              "entry cannot be brought back once it is deleted.",
+                              4,
+                              "Corvane",
+                              "Confirm Deletion?",
+                              "Smith && Jones",
+                              9};
+const MessageRequest information{"Description - Could not find file '/home/farm/data/Farm32.mdb'."
+                                 "(3024) was generated in frmAddresses.Form_Load",
+                                 ButtonsOk, "Corvane Error", "An Error has Occurred",
+                                 "Error 3024 R&&D"};
 
 QLabel *label(const QDialog &dialog, const char *name)
 {
@@ -186,21 +180,21 @@ QPushButton *button(const QDialog &dialog, QDialogButtonBox::StandardButton whic
 
 TEST(SuiteMessageDialogTest, ShowsTheTextsWithLiteralAmpersands)
 {
-    SuiteMessageDialog dialog(information());
+    SuiteMessageDialog dialog(information);
     dialog.show();
     EXPECT_EQ(dialog.windowTitle(), "Corvane Error");
     EXPECT_EQ(label(dialog, "titleLabel")->text(), "An Error has Occurred");
     EXPECT_TRUE(label(dialog, "titleLabel")->font().bold());
     EXPECT_EQ(label(dialog, "headingLabel")->text(), "Error 3024 R&D");
     EXPECT_EQ(label(dialog, "headingLabel")->textFormat(), Qt::PlainText);
-    EXPECT_EQ(label(dialog, "promptLabel")->text(), information().prompt);
+    EXPECT_EQ(label(dialog, "promptLabel")->text(), information.prompt);
     EXPECT_NE(button(dialog, QDialogButtonBox::Ok), nullptr);
     EXPECT_EQ(button(dialog, QDialogButtonBox::Yes), nullptr);
     EXPECT_GE(dialog.width(), 380);
 
     EXPECT_EQ(SuiteMessageDialog::headingDisplayText("A&&B &C &"), "A&B C ");
 
-    MessageRequest bare = information();
+    MessageRequest bare = information;
     bare.heading.clear();
     SuiteMessageDialog noHeading(bare);
     EXPECT_TRUE(label(noHeading, "headingLabel")->isHidden());
@@ -208,13 +202,13 @@ TEST(SuiteMessageDialogTest, ShowsTheTextsWithLiteralAmpersands)
 
 TEST(SuiteMessageDialogTest, ButtonsReturnThePlatformCodes)
 {
-    EXPECT_TRUE(button(SuiteMessageDialog(question()), QDialogButtonBox::Yes)->isDefault());
+    EXPECT_TRUE(button(SuiteMessageDialog(question), QDialogButtonBox::Yes)->isDefault());
     using B = QDialogButtonBox;
     // A button, or Escape (none) or the close box (Close), which are OK or No.
     const std::tuple<MessageRequest, B::StandardButton, qint16> cases[] = {
-        {question(), B::Yes, ResultYes},        {question(), B::No, ResultNo},
-        {information(), B::Ok, ResultOk},       {question(), B::NoButton, ResultNo},
-        {information(), B::NoButton, ResultOk}, {question(), B::Close, ResultNo}};
+        {question, B::Yes, ResultYes},        {question, B::No, ResultNo},
+        {information, B::Ok, ResultOk},       {question, B::NoButton, ResultNo},
+        {information, B::NoButton, ResultOk}, {question, B::Close, ResultNo}};
     for (const auto &[request, action, expected] : cases) {
         SuiteMessageDialog dialog(request);
         QTimer::singleShot(0, [&dialog, action = action] {
@@ -251,7 +245,7 @@ TEST(SuiteMessageDialogTest, ServiceShowsTheDialogForSuiteMessageBox)
 // Nothing may be cut off: every label gets the height its text needs.
 TEST(SuiteMessageDialogTest, LabelsAreTallEnoughForTheirText)
 {
-    for (const MessageRequest &request : {information(), question()}) {
+    for (const MessageRequest &request : {information, question}) {
         SuiteMessageDialog dialog(request);
         dialog.show();
         QApplication::processEvents();

@@ -8,8 +8,8 @@
 #include "paydetails/deductiongrid.h"
 #include "paydetails/employeedefaults.h"
 #include "paydetails/paydetailseditor.h"
-#include "support/filelock.h"
 #include "support/errorof.h"
+#include "support/filelock.h"
 #include "support/qtprinters.h"
 
 #include <QSqlQuery>
@@ -37,7 +37,8 @@ protected:
 
 } // namespace
 
-TEST_F(EditorFields, MoneyFieldsFormatOrZeroAndLogTheNewRate)
+// Amounts and dates take their normal form when left; a new rate is logged.
+TEST_F(EditorFields, FieldsFormatWhenLeftAndANewRateIsLogged)
 {
     type(Editor::PayRate, "25");
     EXPECT_TRUE(notes().isEmpty()) << "the same amount is no change";
@@ -48,10 +49,6 @@ TEST_F(EditorFields, MoneyFieldsFormatOrZeroAndLogTheNewRate)
 
     type(Editor::PayRate, "");
     EXPECT_EQ(editor.text(Editor::PayRate), "$0.00");
-}
-
-TEST_F(EditorFields, DateFieldsFormat)
-{
     type(Editor::Birthdate, "3-7-85");
     EXPECT_EQ(editor.text(Editor::Birthdate), "3/07/1985");
     type(Editor::Datehired, "");
@@ -328,8 +325,15 @@ TEST_F(EditorBooks, ChangeLogLinesAreWrittenOnlyWithTheSaveThatStoresTheChange)
                        "[20/05/2024] Occupation changed to Farm hand");
 }
 
+// The ESCT tick on the tab, and leaving KiwiSaver in the dialog, are stored at once.
 TEST_F(EditorBooks, LeavingKiwiSaverRemovesItsRowsAndKeepsOrdinaryDeductions)
 {
+    Editor tab(Editor::Host::WagesTab);
+    tab.load(*farm, 37);
+    EXPECT_TRUE(tab.esctVisible());
+    tab.esctClicked(true);
+    EXPECT_TRUE(stored(37, "IncludeESCT").toBool());
+
     Editor editor(Editor::Host::Dialog);
     editor.load(*farm, 37);
     choose(editor, Editor::EnrolmentType, "Not enrolled");
@@ -360,13 +364,4 @@ TEST_F(EditorBooks, FailedSavePartWayLeavesThePreviousRows)
               1);
     EXPECT_EQ(count("SELECT COUNT(*) FROM EmployeeDeductions WHERE EmployeeID = 5"), 2);
     EXPECT_FALSE(wage->inTransaction());
-}
-
-TEST_F(EditorBooks, EsctTickIsStoredByTheTabItself)
-{
-    Editor editor(Editor::Host::WagesTab);
-    editor.load(*farm, 37);
-    EXPECT_TRUE(editor.esctVisible());
-    editor.esctClicked(true);
-    EXPECT_TRUE(stored(37, "IncludeESCT").toBool());
 }

@@ -186,9 +186,12 @@ struct Outcome
     }
 };
 
-void setUp(QProcess &p, const QString &suite, const QString &answers, const Fault &fault = {})
+void setUp(QProcess &p, const QString &suite, const QString &answers, const Fault &fault = {},
+           bool pauseBeforeSave = false)
 {
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    if (pauseBeforeSave)
+        env.insert("CV_PAUSE_BEFORE_SAVE", "1");
     env.insert("CORVANE_SHARED_DOCUMENTS", suite);
     env.insert("QT_QPA_PLATFORM", "offscreen");
     env.insert("CV_ANSWERS", answers);
@@ -399,9 +402,8 @@ QString SaveReliability::s_before;
 // every run, so a failure repeats): each save is whole or absent.
 TEST_F(SaveReliability, KilledAnywhereEachSaveIsWholeOrAbsent)
 {
-    const int kills = qEnvironmentVariableIntValue("CV_RANDOM_KILLS") > 0
-                          ? qEnvironmentVariableIntValue("CV_RANDOM_KILLS")
-                          : 1000;
+    int kills = qEnvironmentVariableIntValue("CV_RANDOM_KILLS");
+    kills = kills > 0 ? kills : 1000;
     const int perSave = (kills + int(std::size(kChildSaves)) - 1) / int(std::size(kChildSaves));
     QRandomGenerator random(20240520);
     Tally points, moments;
@@ -524,16 +526,14 @@ TEST_F(SaveReliability, AFailedWriteIsReportedOnceAndChangesNothing)
 // to a failed save: no save is lost, and none fails without the user hearing of it.
 TEST_F(SaveReliability, EightWritersForAMinuteLoseNothingAndReportEveryFailure)
 {
-    const int seconds = qEnvironmentVariableIntValue("CV_CONTENTION_SECONDS") > 0
-                            ? qEnvironmentVariableIntValue("CV_CONTENTION_SECONDS")
-                            : 60;
+    int seconds = qEnvironmentVariableIntValue("CV_CONTENTION_SECONDS");
+    seconds = seconds > 0 ? seconds : 60;
     const auto dir = freshSuite(kAddress);
     std::vector<std::unique_ptr<QProcess>> writers;
     for (int i = 1; i <= 8; ++i) {
-        writers.push_back(std::make_unique<QProcess>());
-        setUp(*writers.back(), dir->path(), "retry*");
-        writers.back()->start(kChild,
-                              {"loop", LoopPrefix + QString::number(i), QString::number(seconds)});
+        QProcess &p = *writers.emplace_back(std::make_unique<QProcess>());
+        setUp(p, dir->path(), "retry*");
+        p.start(kChild, {"loop", LoopPrefix + QString::number(i), QString::number(seconds)});
     }
     int saved = 0, failed = 0, silent = 0, lost = 0, reported = 0;
     for (int i = 1; i <= 8; ++i) {
@@ -592,10 +592,7 @@ TEST_F(SaveReliability, AnotherProgramHoldingTheWageFile)
         SCOPED_TRACE(holdMs);
         const auto dir = freshSuite(kPayDetails);
         QProcess child;
-        setUp(child, dir->path(), answers);
-        QProcessEnvironment env = child.processEnvironment();
-        env.insert("CV_PAUSE_BEFORE_SAVE", "1");
-        child.setProcessEnvironment(env);
+        setUp(child, dir->path(), answers, {}, true);
         child.start(kChild, {"paydetails"});
         while (!child.canReadLine() && child.waitForReadyRead(30000)) {
         }

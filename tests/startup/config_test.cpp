@@ -145,10 +145,6 @@ protected:
         qunsetenv("CORVANE_INSTALDIR");
     }
     void ini(const QByteArray &text) { m_suite.writeIni(text); }
-    QString read(const QString &section, const QString &key)
-    {
-        return ReadIni(section, key, m_suite.iniPath());
-    }
     // The text of the one log line, without its time stamp and line end.
     QString loggedText() const
     {
@@ -163,110 +159,124 @@ protected:
     Settings m_settings;
 };
 
-// One call per row, each on a fresh log: the value read and the log line it leaves.
+// One call per row, each on a fresh log: the value read and the log line it leaves (%1 is
+// the file read). No INI text: the suite has no INI file; no file: the suite's own.
 TEST_F(SuiteIni, LogsAMissingSectionOrKeyWithItsContext)
 {
     const struct
     {
-        const char *ini, *section, *key, *value, *logged;
+        const char *ini, *file, *section, *key, *value, *logged;
     } cases[] = {
-        {"[CORVANE]\r\nDataRoot=D:\\Farm\r\n", "CORVANE", "DataRoot", "D:\\Farm", ""},
+        {"[CORVANE]\r\nDataRoot=D:\\Farm\r\n", nullptr, "CORVANE", "DataRoot", "D:\\Farm", ""},
         // The context keeps the section as the caller wrote it.
-        {"[CORVANE]\r\nDataRoot=x\r\n[TAX]\r\nModuleFileName=y\r\n", "Corvane", "ModuleFileName",
-         "", "A key from %1 is missing.Section=Corvane, Key=ModuleFileName"},
-        {"[CORVANE]\r\nFirm=x\r\n", "START", "Firm", "",
+        {"[CORVANE]\r\nDataRoot=x\r\n[TAX]\r\nModuleFileName=y\r\n", nullptr, "Corvane",
+         "ModuleFileName", "", "A key from %1 is missing.Section=Corvane, Key=ModuleFileName"},
+        {"[CORVANE]\r\nFirm=x\r\n", nullptr, "START", "Firm", "",
          "A section from %1 is missing.Section=START, Key=Firm"},
         // Only the key test is waived for "Invalid Index": the section test still logs.
-        {"[HELPCONTEXTIDS]\r\nAddressBook=12\r\n", "HELPCONTEXTIDS", "Invalid Index", "", ""},
-        {"[HELPCONTEXTIDS]\r\nAddressBook=12\r\n", "NOSECTION", "Invalid Index", "",
+        {"[HELPCONTEXTIDS]\r\nAddressBook=12\r\n", nullptr, "HELPCONTEXTIDS", "Invalid Index", "",
+         ""},
+        {"[HELPCONTEXTIDS]\r\nAddressBook=12\r\n", nullptr, "NOSECTION", "Invalid Index", "",
          "A section from %1 is missing.Section=NOSECTION, Key=Invalid Index"},
         // "Data" is a prefix of "DataRoot": counted as present, read as empty.
-        {"[CORVANE]\r\nDataRoot=D:\\Farm\r\n", "CORVANE", "Data", "", ""},
+        {"[CORVANE]\r\nDataRoot=D:\\Farm\r\n", nullptr, "CORVANE", "Data", "", ""},
         // The lookup ignores case, the text tests do not: a value and a log line.
-        {"[START]\r\nfirm=Acme\r\n", "START", "Firm", "Acme",
+        {"[START]\r\nfirm=Acme\r\n", nullptr, "START", "Firm", "Acme",
          "A key from %1 is missing.Section=START, Key=Firm"},
-        {"[wage]\r\nAllEmployees=Y\r\n", "Wage", "AllEmployees", "Y",
+        {"[wage]\r\nAllEmployees=Y\r\n", nullptr, "Wage", "AllEmployees", "Y",
          "A section from %1 is missing.Section=Wage, Key=AllEmployees"},
-        {"[START] \r\nFirm=Acme\r\n", "START", "Firm", "Acme",
+        {"[START] \r\nFirm=Acme\r\n", nullptr, "START", "Firm", "Acme",
          "A section from %1 is missing.Section=START, Key=Firm"},
-        {"\xEF\xBB\xBF[START]\nFirm=Acme\n[TAX]\nTaxName=GST", "TAX", "TaxName", "GST", ""}};
+        {"\xEF\xBB\xBF[START]\nFirm=Acme\n[TAX]\nTaxName=GST", nullptr, "TAX", "TaxName", "GST",
+         ""},
+        // Without an INI file the bare name is read, and logged.
+        {nullptr, "Corvane.ini", "START", "Firm", "",
+         "A section from %1 is missing.Section=START, Key=Firm"},
+        // Only exactly WIN.INI is spared.
+        {nullptr, "WIN.INI", "INTL", "iCountry", "64", ""},
+        {nullptr, "win.ini", "INTL", "iCountry", "64",
+         "A section from %1 is missing.Section=INTL, Key=iCountry"}};
     for (const auto &c : cases) {
-        SCOPED_TRACE(std::string(c.section) + "/" + c.key + " in " + c.ini);
+        SCOPED_TRACE(std::string(c.section) + "/" + c.key + " in " + (c.ini ? c.ini : "none"));
         resetErrorLogState();
         QFile::remove(m_suite.errorLogPath());
-        m_suite.writeIni(c.ini);
-        EXPECT_EQ(read(c.section, c.key), c.value);
-        EXPECT_EQ(loggedText(), *c.logged ? QString(c.logged).arg(m_suite.iniPath()) : "");
+        c.ini ? m_suite.writeIni(c.ini) : m_suite.removeIni();
+        const QString file = c.file ? QString(c.file) : m_suite.iniPath();
+        EXPECT_EQ(ReadIni(c.section, c.key, file), c.value);
+        EXPECT_EQ(loggedText(), QString(c.logged).arg(file));
     }
+    EXPECT_EQ(suiteIniFile(), "Corvane.ini");
 }
 
-TEST_F(SuiteIni, WithoutAnIniFileTheBareNameIsLogged)
+// Each row on a fresh log: the INI text (none: no file), the setting, and what it gives (%S
+// the suite folder, %A the program's). A row's log line is checked where one is given.
+TEST_F(SuiteIni, SettingsUseTheirKeysOrFallBack)
 {
-    m_suite.removeIni();
-    ASSERT_EQ(suiteIniFile(), "Corvane.ini");
-    EXPECT_EQ(ReadIni("START", "Firm", suiteIniFile()), "");
-    EXPECT_EQ(loggedText(), "A section from Corvane.ini is missing.Section=START, Key=Firm");
-}
-
-TEST_F(SuiteIni, OnlyExactlyWinIniIsSpared)
-{
-    setWinIniTerritory(QLocale::Brazil);
-    EXPECT_EQ(ReadIni("INTL", "iCountry", "WIN.INI"), "55");
-    EXPECT_EQ(loggedText(), "");
-    EXPECT_EQ(ReadIni("INTL", "iCountry", "win.ini"), "55");
-    EXPECT_EQ(loggedText(), "A section from win.ini is missing.Section=INTL, Key=iCountry");
-}
-
-TEST_F(SuiteIni, WithoutAnIniFileEveryDefaultApplies)
-{
-    m_suite.removeIni();
-    EXPECT_EQ(m_settings.DatabaseName(), m_suite.dir() + "/data/Farm32.mdb");
-    EXPECT_EQ(m_settings.WageDataBase(), m_suite.dir() + "/data/Wage32.mdb");
-    EXPECT_TRUE(m_settings.EmployeeOnly());
-    EXPECT_EQ(FirmName(), "Corvane");
-    EXPECT_EQ(taxNumberCaption(), "GST Number");
-    EXPECT_EQ(countryCode(), 64);
-    EXPECT_EQ(iniWageAccount(), 401001);
-    EXPECT_EQ(helpFolder(), QCoreApplication::applicationDirPath() + "/Help");
-    EXPECT_EQ(modulesDatabase(), QCoreApplication::applicationDirPath() + "/Modules.mdb");
-    EXPECT_EQ(QString::fromUtf8(m_suite.readErrorLog()).section(u'\t', 1),
-              "A section from Corvane.ini is missing.Section=CORVANE, Key=DataFileName\r\n");
-}
-
-TEST_F(SuiteIni, ValuesThatArePresentAreUsedAsTheyStand)
-{
-    qputenv("CORVANE_INSTALDIR", "/opt/corvane");
-    ini("[CORVANE]\r\nDataRoot=/srv/books/\r\nWageFileName=/elsewhere/W.mdb\r\n"
-        "ProgramDirectory=/opt/cv \r\n[START]\r\nFirm=Acme & Sons\r\n");
-    EXPECT_EQ(m_settings.DatabaseName(), "/srv/books//Farm32.mdb");
-    EXPECT_EQ(m_settings.WageDataBase(), "/elsewhere/W.mdb");
-    EXPECT_EQ(FirmName(), "Acme & Sons");
-    EXPECT_EQ(helpFolder(), "/opt/cv/Help");
-    // "Corvane" and "CORVANE" are one section.
-    EXPECT_EQ(modulesDatabase(), "/opt/cv/Modules.mdb");
-
-    ini("[CORVANE]\r\nDataFileName=/a/F.mdb\r\n");
-    EXPECT_EQ(m_settings.DatabaseName(), "/a/F.mdb");
-    EXPECT_EQ(modulesDatabase(), "/opt/corvane/Modules.mdb");
-    ini("[CORVANE]\r\nModuleFileName=/m/Mods.mdb\r\n");
-    EXPECT_EQ(modulesDatabase(), "/m/Mods.mdb");
-    // The tax number caption falls back in turn.
-    ini("[TAX]\r\nTaxNumberName=ABN\r\nTaxName=GST\r\n");
-    EXPECT_EQ(taxNumberCaption(), "ABN Number");
-    ini("[TAX]\r\nTaxName=IRD\r\n");
-    EXPECT_EQ(taxNumberCaption(), "IRD Number");
-}
-
-TEST_F(SuiteIni, OnlyYMeansAllEmployeesAndWageAccountNeedsANumber)
-{
-    for (const auto &[text, employeeOnly] : {std::pair{"y", false}, {"Yes", true}, {"N", true}}) {
-        ini(QByteArray("[WAGE]\r\nAllEmployees=") + text + "\r\n");
-        EXPECT_EQ(m_settings.EmployeeOnly(), employeeOnly) << text;
-    }
-    for (const auto &[text, account] :
-         {std::pair{"abc", 401001}, {"0", 0}, {" 402,001 ", 402001}, {"99999999999", 401001}}) {
-        ini(QByteArray("[TAX]\r\nWageAccount=") + text + "\r\n");
-        EXPECT_EQ(iniWageAccount(), account) << text;
+    using Call = QString (*)(const Settings &);
+    const Call database = [](const Settings &s) { return s.DatabaseName(); };
+    const Call wages = [](const Settings &s) { return s.WageDataBase(); };
+    const Call employeeOnly = [](const Settings &s) { return QString::number(s.EmployeeOnly()); };
+    const Call firm = [](const Settings &) { return FirmName(); };
+    const Call taxCaption = [](const Settings &) { return taxNumberCaption(); };
+    const Call country = [](const Settings &) { return QString::number(countryCode()); };
+    const Call wageAccount = [](const Settings &) { return QString::number(iniWageAccount()); };
+    const Call help = [](const Settings &) { return helpFolder(); };
+    const Call modules = [](const Settings &) { return modulesDatabase(); };
+    const Call installedModules = [](const Settings &) {
+        qputenv("CORVANE_INSTALDIR", "/opt/corvane");
+        return modulesDatabase();
+    };
+    const QByteArray present = "[CORVANE]\r\nDataRoot=/srv/books/\r\nWageFileName=/elsewhere/W.mdb"
+                               "\r\nProgramDirectory=/opt/cv \r\n[START]\r\nFirm=Acme & Sons\r\n";
+    const struct
+    {
+        const char *ini;
+        Call call;
+        const char *value, *logged = nullptr;
+    } cases[] = {
+        {nullptr, database, "%S/data/Farm32.mdb",
+         "A section from Corvane.ini is missing.Section=CORVANE, Key=DataFileName"},
+        {nullptr, wages, "%S/data/Wage32.mdb"},
+        {nullptr, employeeOnly, "1"},
+        {nullptr, firm, "Corvane"},
+        {nullptr, taxCaption, "GST Number"},
+        {nullptr, country, "64"},
+        {nullptr, wageAccount, "401001"},
+        {nullptr, help, "%A/Help"},
+        {nullptr, modules, "%A/Modules.mdb"},
+        // Values that are present are used as they stand; "Corvane" and "CORVANE" are one.
+        {present, database, "/srv/books//Farm32.mdb"},
+        {present, wages, "/elsewhere/W.mdb"},
+        {present, firm, "Acme & Sons"},
+        {present, help, "/opt/cv/Help"},
+        {present, installedModules, "/opt/cv/Modules.mdb"},
+        {"[CORVANE]\r\nDataFileName=/a/F.mdb\r\n", database, "/a/F.mdb"},
+        {"[CORVANE]\r\nDataFileName=/a/F.mdb\r\n", installedModules, "/opt/corvane/Modules.mdb"},
+        {"[CORVANE]\r\nModuleFileName=/m/Mods.mdb\r\n", installedModules, "/m/Mods.mdb"},
+        // The tax number caption falls back in turn.
+        {"[TAX]\r\nTaxNumberName=ABN\r\nTaxName=GST\r\n", taxCaption, "ABN Number"},
+        {"[TAX]\r\nTaxName=IRD\r\n", taxCaption, "IRD Number"},
+        // Only Y means all employees; the wage account needs a number that fits.
+        {"[WAGE]\r\nAllEmployees=y\r\n", employeeOnly, "0"},
+        {"[WAGE]\r\nAllEmployees=Yes\r\n", employeeOnly, "1"},
+        {"[WAGE]\r\nAllEmployees=N\r\n", employeeOnly, "1"},
+        {"[TAX]\r\nWageAccount=abc\r\n", wageAccount, "401001"},
+        {"[TAX]\r\nWageAccount=0\r\n", wageAccount, "0"},
+        {"[TAX]\r\nWageAccount= 402,001 \r\n", wageAccount, "402001"},
+        {"[TAX]\r\nWageAccount=99999999999\r\n", wageAccount, "401001"},
+        {"[WINDOWS]\r\nCountry=44\r\n", country, "44"}};
+    const QString app = QCoreApplication::applicationDirPath();
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.ini ? c.ini : "no INI file");
+        resetErrorLogState();
+        QFile::remove(m_suite.errorLogPath());
+        qunsetenv("CORVANE_INSTALDIR");
+        c.ini ? m_suite.writeIni(c.ini) : m_suite.removeIni();
+        EXPECT_EQ(c.call(m_settings),
+                  QString(c.value).replace("%S", m_suite.dir()).replace("%A", app));
+        if (c.logged) {
+            EXPECT_EQ(loggedText(), c.logged);
+        }
     }
 }
 
@@ -294,9 +304,6 @@ TEST_F(SuiteIni, TheEmployeeSwitchIsWrittenWhereItIsRead)
 
 TEST_F(SuiteIni, CountryCodeRule)
 {
-    ini("[WINDOWS]\r\nCountry=44\r\n");
-    EXPECT_EQ(countryCode(), 44);
-
     ini("[WINDOWS]\r\nCountry=abc\r\n");
     const std::pair<QLocale::Territory, int> cases[] = {
         {QLocale::UnitedStates, 64}, // iCountry 1

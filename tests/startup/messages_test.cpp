@@ -5,6 +5,7 @@
 #include "core/translate.h"
 #include "messages/addressmessages.h"
 #include "messages/errorreport.h"
+#include "support/errorof.h"
 #include "support/messagerecorder.h"
 #include "support/qtprinters.h"
 #include "support/tempsuite.h"
@@ -42,42 +43,26 @@ TEST(TranslateTest, FillsPlaceholders)
 
 TEST(TranslateTest, IndexOutsideTheValuesIsTheCallersError)
 {
-    for (const char *text : {"|3|", "|-1|", "x|0|", "|99999|"}) {
-        try {
-            Translate(text, text[0] == 'x' ? QVariantList{} : QVariantList{1, 2, 3});
-            ADD_FAILURE() << "no error for " << text;
-        } catch (const CvError &e) {
-            if (QByteArray(text) == "|99999|") {
-                EXPECT_EQ(e.number(), CvError::Overflow);
-            } else {
-                EXPECT_EQ(e.number(), CvError::SubscriptOutOfRange) << text;
-                EXPECT_EQ(e.description(), "Subscript out of range");
-            }
-        }
-    }
+    const QVariantList three{1, 2, 3};
+    const std::tuple<const char *, QVariantList, int> cases[] = {
+        {"|3|", three, CvError::SubscriptOutOfRange},
+        {"|-1|", three, CvError::SubscriptOutOfRange},
+        {"x|0|", {}, CvError::SubscriptOutOfRange},
+        {"|99999|", three, CvError::Overflow}};
+    for (const auto &[text, values, error] : cases)
+        EXPECT_EQ(errorOf([&] { Translate(text, values); }), error) << text;
 }
 
-// What a message should look like; OK, icon 6 and flag true unless stated.
-struct Expected
+// A message's seven values, to compare at once; OK, icon 6 and flag true unless stated.
+using Shown = std::tuple<QString, QString, QString, QString, qint32, int, bool>;
+Shown shown(const MessageRequest &r)
 {
-    QString prompt;
-    QString caption;
-    QString title;
-    QString heading;
-    qint32 buttons = 0;
-    int iconKind = 6;
-    bool flag = true;
-};
-
-void expectRequest(const MessageRequest &got, const Expected &want)
+    return {r.prompt, r.caption, r.title, r.heading, r.buttons, r.iconKind, r.flag};
+}
+Shown want(const QString &prompt, const QString &caption, const QString &title,
+           const QString &heading, qint32 buttons = 0, int iconKind = 6, bool flag = true)
 {
-    EXPECT_EQ(got.prompt, want.prompt);
-    EXPECT_EQ(got.caption, want.caption) << want.prompt.toStdString();
-    EXPECT_EQ(got.title, want.title) << want.prompt.toStdString();
-    EXPECT_EQ(got.heading, want.heading) << want.prompt.toStdString();
-    EXPECT_EQ(got.buttons, want.buttons) << want.prompt.toStdString();
-    EXPECT_EQ(got.iconKind, want.iconKind) << want.prompt.toStdString();
-    EXPECT_EQ(got.flag, want.flag) << want.prompt.toStdString();
+    return {prompt, caption, title, heading, buttons, iconKind, flag};
 }
 
 class MessagesTest : public ::testing::Test
@@ -95,8 +80,8 @@ TEST_F(MessagesTest, SuiteMessageBoxPassesTheSevenValuesAndDoublesHeadingAmpersa
     EXPECT_EQ(SuiteMessageBox("P & Q", 4, "C & D", "T & U", "Smith & Sons && Co", 9, false),
               ResultYes);
     ASSERT_EQ(m_recorder.requests.size(), 1u);
-    const MessageRequest &r = m_recorder.requests[0];
-    expectRequest(r, {"P & Q", "C & D", "T & U", "Smith && Sons &&&& Co", 4, 9, false});
+    EXPECT_EQ(shown(m_recorder.requests[0]),
+              want("P & Q", "C & D", "T & U", "Smith && Sons &&&& Co", 4, 9, false));
 
     SuiteMessageBox("p", 0, "c", "t", QVariant(), 6, true);
     EXPECT_EQ(m_recorder.requests.at(1).heading, "");
@@ -117,14 +102,14 @@ TEST_F(MessagesTest, StandardErrorReport)
                     ErrorOrigin::FormLoad);
     showErrorReport(94, "Invalid use of Null", ErrorOrigin::EditPaysClick, "Error 94 BankID");
     ASSERT_EQ(m_recorder.requests.size(), 2u);
-    expectRequest(m_recorder.requests[0],
-                  {"Description - Could not find file 'x.mdb'.(3024) was generated in "
+    EXPECT_EQ(shown(m_recorder.requests[0]),
+              want("Description - Could not find file 'x.mdb'.(3024) was generated in "
                    "frmAddresses.Form_Load",
-                   "R&D Farms Error", "An Error has Occurred", "Error 3024"});
-    expectRequest(m_recorder.requests[1],
-                  {"Description - Invalid use of Null(94) was generated in "
+                   "R&D Farms Error", "An Error has Occurred", "Error 3024"));
+    EXPECT_EQ(shown(m_recorder.requests[1]),
+              want("Description - Invalid use of Null(94) was generated in "
                    "frmAddresses.cmdEditPays_Click.",
-                   "R&D Farms Error", "An Error has Occurred", "Error 94 BankID"});
+                   "R&D Farms Error", "An Error has Occurred", "Error 94 BankID"));
 }
 
 TEST_F(MessagesTest, ConfirmDeletionIsTrueOnlyForYes)
@@ -133,8 +118,8 @@ TEST_F(MessagesTest, ConfirmDeletionIsTrueOnlyForYes)
     EXPECT_TRUE(msgConfirmDeletion("Smith"));
     EXPECT_FALSE(msgConfirmDeletion("Smith"));
     EXPECT_FALSE(msgConfirmDeletion("Smith"));
-    expectRequest(m_recorder.requests.at(0), {"Are you sure you want to delete Smith", "R&D Farms",
-                                              "Confirm Deletion?", "", 4, 9});
+    EXPECT_EQ(shown(m_recorder.requests.at(0)), want("Are you sure you want to delete Smith",
+                                                     "R&D Farms", "Confirm Deletion?", "", 4, 9));
 }
 
 class LogErrorTest : public ::testing::Test

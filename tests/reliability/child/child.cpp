@@ -87,12 +87,10 @@ bool allAutocommit()
 {
     for (const QString &name : QSqlDatabase::connectionNames()) {
         const QSqlDatabase db = QSqlDatabase::database(name, false);
-        if (!db.isOpen())
-            continue;
-        const QVariant h = db.driver()->handle();
-        if (qstrcmp(h.typeName(), "sqlite3*") != 0)
-            continue;
-        sqlite3 *handle = *static_cast<sqlite3 *const *>(h.constData());
+        const QVariant h = db.isOpen() ? db.driver()->handle() : QVariant();
+        sqlite3 *handle = qstrcmp(h.typeName(), "sqlite3*")
+                              ? nullptr
+                              : *static_cast<sqlite3 *const *>(h.constData());
         if (handle && !sqlite3_get_autocommit(handle))
             return false;
     }
