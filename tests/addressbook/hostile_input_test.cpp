@@ -28,30 +28,20 @@ QString ch(char16_t c)
 
 const QStringList &hostileStrings()
 {
-    // One group of strings to a line or two.
+    // One string for each danger; several strings that take the same path add nothing.
     // clang-format off
     static const QStringList strings = {
-        // Quotes and SQL: a value concatenated into a statement would break or change it.
-        "'", "O'Brien", "'; DROP TABLE Addresses; --", "\" OR 1=1 --",
-        // Jet brackets and LIKE wildcards, in both dialects, and the escape character.
-        "[Addresses]", "*", "?", "%", "_", "#", "\\", "[!a-z]*",
-        // Our message placeholders, QString::arg's, and accelerator ampersands.
-        "|0|", "%1 %2", "&&",
-        // Control characters: NUL cuts C strings; tab, CR and LF lines; ESC terminals.
-        "a" + ch(0) + "b", ch(0), "a\tb", "line1\r\nline2", ch(0x1b) + "[31mred", ch(0x7f),
-        // Direction marks, invisible characters, combining marks and macrons.
-        ch(0x202e) + "evil.exe", "a" + ch(0x200d) + "b", ch(0xfeff) + "bom", "e" + ch(0x301),
-        "Ngāti", "ĀĒĪŌŪ", "株式会社",
-        // Surrogate pairs, and lone surrogates: QString keeps them; the stored form
-        // expected is what QString::toUtf8 makes of them ("?" for each).
-        "😀", "🏳️‍🌈 farm", ch(0xd800), "a" + ch(0xdc00) + "b",
+        // Quotes and SQL; Jet brackets and wildcards; our placeholders and ampersands.
+        "'; DROP TABLE Addresses; --", "[!a-z]*%_", "|0| %1 &&",
+        // Control characters (NUL cuts C strings), direction marks, combining macrons; a
+        // lone surrogate is stored as QString::toUtf8 makes it ("?").
+        "a" + ch(0) + "b\tc\r\n" + ch(0x1b), ch(0x202e) + "Nga" + ch(0x304) + "ti 😀" + ch(0xd800),
         // Blanks, and the empty box (a box's column then holds NULL, the notes "").
-        " leading", "trailing ", "   ", "",
-        // Amounts and dates, plain and padded: the pay fields take these.
-        "25.50", " $1,250.00 ", "(12.00)", "1e308", "29/02/2024", " 1/04/2010 ", "31/02/2020",
-        // Lengths: at and past a 255 column, 10 KB plain, of quotes, and of macrons.
-        QString(255, u'x'), QString(256, u'x'), QString(10240, u'x'), QString(10240, u'\''),
-        QString(5120, u'ā')
+        " padded ", "",
+        // Amounts and dates the pay fields take, and a date that does not exist.
+        " $1,250.00 ", " 1/04/2010 ", "31/02/2020",
+        // Past a 255 column, and 10 KB of quotes.
+        QString(256, u'x'), QString(10240, u'\'')
     };
     // clang-format on
     return strings;
