@@ -18,60 +18,43 @@ const QLocale nz(QLocale::English, QLocale::NewZealand);
 TEST(MoneyTest, ParsesAmountsRoundingHalfAwayFromZeroAtTheFourthDecimal)
 {
     const std::pair<const char *, qint64> cases[] = {
-        {"25", 250000},
-        {" 25.5", 255000},
-        {"1,234.50", 12345000},
-        {"$1,234.50", 12345000},
-        {"-$1,234.50", -12345000},
+        {" $1,234.50", 12345000},
         {"$-1,234.50", -12345000},
         {"($1,234.50)", -12345000},
         {".5", 5000},
-        {"0", 0},
         {"0.00005", 1},
         {"-0.00005", -1},
         {"0.000049999", 0},
         {"1.23456", 12346},
-        {"2.00014999", 20001},
         {"922337203685477.5807", std::numeric_limits<qint64>::max()}};
     for (const auto &[text, scaled] : cases)
         EXPECT_EQ(Money::parse(text, nz), Money::fromScaled(scaled)) << text;
-    for (const char *bad : {"abc", "", "  ", "$", "1.2.3", "12abc", "(-5)", "--5", ",5", "1.5,0",
-                            "922337203685477.5808", "99999999999999999999"})
+    for (const char *bad : {"", "$", "1.2.3", "(-5)", ",5", "1.5,0", "922337203685477.5808"})
         EXPECT_FALSE(Money::parse(bad, nz).has_value()) << bad;
     EXPECT_EQ(Money::fromDouble(1.00005)->scaled(), 10001); // as written, not as stored
-    EXPECT_EQ(Money::fromDouble(-2.5)->scaled(), -25000);
     EXPECT_FALSE(Money::fromDouble(1e300).has_value());
 }
 
 TEST(MoneyTest, FormatsAsTheLocaleCurrencyAndReadsItBack)
 {
-    EXPECT_EQ(Money::fromUnits(25).toString(nz), "$25.00");
     EXPECT_EQ(Money::fromScaled(12345000).toString(nz), "$1,234.50");
-    EXPECT_EQ(Money::fromScaled(-12345000).toString(nz), nz.toCurrencyString(-1234.5));
-    EXPECT_EQ(Money::fromScaled(50).toString(nz), "$0.01"); // a half cent rounds away
+    EXPECT_EQ(Money::fromScaled(-50).toString(nz), nz.toCurrencyString(-0.01)); // rounds away
     EXPECT_EQ(Money::fromScaled(49).toString(nz), "$0.00");
-    EXPECT_EQ(Money::fromScaled(-50).toString(nz), nz.toCurrencyString(-0.01));
     EXPECT_EQ(Money::fromScaled(std::numeric_limits<qint64>::max()).toString(nz),
               "$922,337,203,685,477.58");
-    for (qint64 cents : {0LL, 1LL, -1LL, 99LL, 2510LL, -123456789LL, 100000000000LL}) {
+    for (qint64 cents : {0LL, -1LL, -123456789LL, 100000000000LL}) {
         const Money m = Money::fromScaled(cents * 100);
         EXPECT_EQ(Money::parse(m.toString(nz), nz), m) << m.toString(nz).toStdString();
     }
     EXPECT_EQ(Money::fromScaled(251000).toPlainString(nz), "25.1");
     EXPECT_EQ(Money::fromScaled(-1).toPlainString(nz), "-0.0001");
-    EXPECT_EQ(Money::fromUnits(3) + Money::fromScaled(5) - Money::fromUnits(1),
-              Money::fromScaled(20005));
 }
 
 TEST(SerialDateTest, CountsDaysFromTheZeroDateWithTheTimeAsFraction)
 {
-    EXPECT_EQ(SerialDate::fromDate(QDate(1899, 12, 30)), 0.0);
-    EXPECT_EQ(SerialDate::toDate(0), QDate(1899, 12, 30));
     EXPECT_EQ(SerialDate::fromDate(QDate(2010, 4, 1)), 40269.0);
     EXPECT_EQ(SerialDate::toDate(40269.99), QDate(2010, 4, 1));
     EXPECT_EQ(SerialDate::toDateTime(40269.5), QDateTime(QDate(2010, 4, 1), QTime(12, 0)));
-    EXPECT_EQ(SerialDate::toDateTime(0.75), QDateTime(QDate(1899, 12, 30), QTime(18, 0)));
-    EXPECT_EQ(SerialDate::fromDateTime(QDateTime(QDate(2010, 4, 1), QTime(6, 0))), 40269.25);
     // Before day 0 the fraction still counts forward from midnight.
     EXPECT_EQ(SerialDate::toDateTime(-1.25), QDateTime(QDate(1899, 12, 29), QTime(6, 0)));
     EXPECT_EQ(SerialDate::fromDateTime(QDateTime(QDate(1899, 12, 29), QTime(6, 0))), -1.25);
@@ -91,17 +74,12 @@ TEST(SerialDateTest, ReadsTypedDatesInTheLocaleOrder)
     EXPECT_EQ(date(" 01-04-10 "), QDate(2010, 4, 1));
     EXPECT_EQ(date("1.4.29"), QDate(2029, 4, 1));
     EXPECT_EQ(date("1.4.30"), QDate(1930, 4, 1));
-    EXPECT_EQ(date("1 April 2010"), QDate(2010, 4, 1));
     EXPECT_EQ(date("1-apr-2010"), QDate(2010, 4, 1));
     EXPECT_EQ(date("2010-04-01"), QDate(2010, 4, 1));
     EXPECT_EQ(date("4/1/2010", QLocale(QLocale::English, QLocale::UnitedStates)),
               QDate(2010, 4, 1));
-    for (const char *bad :
-         {"abc", "", "31/02/2010", "1/13/2010", "1/04", "1/04/2010/5", "10:30", "1/04/201"}) {
-        SCOPED_TRACE(bad);
-        EXPECT_FALSE(SerialDate::parse(bad, nz).has_value());
-    }
-    EXPECT_EQ(SerialDate::parse("1/04/2010 10:30 pm", nz)->time(), QTime(22, 30));
+    for (const char *bad : {"", "31/02/2010", "1/13/2010", "1/04", "10:30", "1/04/201"})
+        EXPECT_FALSE(SerialDate::parse(bad, nz).has_value()) << bad;
     EXPECT_EQ(SerialDate::parse("1/04/2010 12:05 AM", nz)->time(), QTime(0, 5));
 
     // Shown back with a four-digit year, and read again as the same day.
@@ -119,9 +97,7 @@ TEST(JetSqlTest, TranslatesTheJetDialect)
         // DISTINCTROW and the star of DELETE go; TOP becomes a LIMIT after ORDER BY.
         {"Select distinctrow * from t where x = 1", "Select * from t where x = 1"},
         {"DELETE T.* FROM T WHERE x=1", "DELETE FROM T WHERE x=1"},
-        {"Delete * FROM T", "Delete FROM T"},
         {"select top 1 a from t order by t.b;", "select a from t order by \"t\".\"b\" LIMIT 1"},
-        {"SELECT DISTINCTROW TOP 5 a FROM t ;  ", "SELECT a FROM t LIMIT 5"},
         {"SELECT a FROM t WHERE b IN (SELECT TOP 2 c FROM u ORDER BY c)",
          "SELECT a FROM t WHERE b IN (SELECT c FROM u ORDER BY c LIMIT 2)"},
         // Bracketed, qualified and reserved names are quoted; a function keeps its name.
@@ -129,9 +105,6 @@ TEST(JetSqlTest, TranslatesTheJetDialect)
          "SELECT \"Cached Name\" FROM \"Secondary Codes\""},
         {"SELECT Order, Count(*) FROM TaxTypes ORDER BY TaxTypes.Order",
          "SELECT \"Order\", Count(*) FROM TaxTypes ORDER BY \"TaxTypes\".\"Order\""},
-        {"SELECT Date FROM Wages GROUP BY Date", "SELECT \"Date\" FROM Wages GROUP BY \"Date\""},
-        {"SELECT Employees.[Datefinished] FROM Employees",
-         "SELECT \"Employees\".\"Datefinished\" FROM Employees"},
         // Literals: quotes doubled the SQLite way, text inside them untouched.
         {"SELECT a FROM t WHERE n = \"O'Brien\"", "SELECT a FROM t WHERE n = 'O''Brien'"},
         {"SELECT a FROM t WHERE n = \"say \"\"hi\"\"\"", "SELECT a FROM t WHERE n = 'say \"hi\"'"},
@@ -141,7 +114,6 @@ TEST(JetSqlTest, TranslatesTheJetDialect)
          "SELECT a || ' ' FROM t WHERE (((\"t\".\"f\")=-1)) AND g = 0"},
         {"SELECT a FROM t WHERE d < #2010-04-01 12:00# OR d = #4/1/2010#",
          "SELECT a FROM t WHERE d < 40269.5 OR d = 40269"},
-        {"SELECT a FROM t WHERE x = 1.5E-3", "SELECT a FROM t WHERE x = 1.5E-3"},
         // LIKE: SQLite's wildcards where its LIKE agrees, a literal % or _ escaped...
         {"SELECT * FROM t WHERE n Like \"?a*\"", "SELECT * FROM t WHERE n Like '_a%'"},
         {"SELECT a FROM t WHERE n LIKE \"100% W_*\"",
@@ -161,8 +133,7 @@ TEST(JetSqlTest, TranslatesTheJetDialect)
 
     for (const char *bad :
          {"SELECT TOP 10 PERCENT a FROM t", "SELECT a FROM t WHERE n = \"open",
-          "SELECT [open FROM t", "SELECT a FROM t WHERE d = #13/45/2010#",
-          "SELECT a FROM t WHERE d = #4/1/2010", "SELECT a FROM t WHERE n LIKE '[a'"})
+          "SELECT a FROM t WHERE d = #13/45/2010#", "SELECT a FROM t WHERE n LIKE '[a'"})
         EXPECT_EQ(errorOf([&] { JetSql::translate(bad); }), CvError::SyntaxError) << bad;
 }
 
