@@ -204,22 +204,4 @@ TEST_F(PayDialogTest, DeleteOnTheGridRemovesTheDeductionButNotWhileEditing)
               rows - 1);
 }
 
-TEST_F(PayDialogTest, TheDeductionDropDownWritesTheDeductionsId)
-{
-    open(addressOf("Mereana Hōhaia"));
-    auto *grid = child<QTableView>("tgrdDeductions");
-    const DeductionGrid &rows = dialog->editor().deductionGrid();
-    ASSERT_GE(rows.rowCount(), 1);
-    const QModelIndex cell = grid->model()->index(0, DeductionGrid::DeductIdColumn);
-    const QPoint at = grid->visualRect(cell).center();
-    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, at);
-    QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, at);
-    auto *combo = grid->findChild<QComboBox *>("gridCombo");
-    ASSERT_NE(combo, nullptr);
-    const int next = combo->currentIndex() + 1 < combo->count() ? combo->currentIndex() + 1 : 0;
-    const QVariant id = combo->itemData(next);
-    QTest::keyClick(combo, next == 0 ? Qt::Key_Home : Qt::Key_Down);
-    EXPECT_EQ(rows.value(0, DeductionGrid::DeductIdColumn).toLongLong(), id.toLongLong());
-}
-
 } // namespace
