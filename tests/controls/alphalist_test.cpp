@@ -61,7 +61,6 @@ TEST(AlphaListGeometryTest, CellsHitTestAndKeys)
     EXPECT_EQ(cellSize(3), 4);
     EXPECT_EQ(outerSize(Vertical, 18), QSizeF(21.6, 490));
     EXPECT_EQ(outerSize(2, 18), QSizeF(0, 0));
-    EXPECT_EQ(outerSize(Horizontal, 1213).width(), 32755);
     EXPECT_EQ(errorOf([] { outerSize(Horizontal, 1214); }), CvError::Overflow);
     EXPECT_EQ(errorOf([] { cellSize(30000); }), CvError::Overflow);
     EXPECT_EQ(starCell(18), (AlphaListRect{2, 2, 20, 20}));
@@ -74,7 +73,6 @@ TEST(AlphaListGeometryTest, CellsHitTestAndKeys)
                                              {18, 18},  {486, 468}, {486.1, -1}};
     for (const auto &[at, start] : starts)
         EXPECT_EQ(cellStart(at, 18).value_or(-1), start) << at;
-    EXPECT_EQ(letterCodeAt(2, 18), StarCode);
     EXPECT_EQ(letterCodeAt(468, 18), 'Z');
     EXPECT_EQ(letterCodeAt(2, 4), StarCode); // 64.5 rounds to even
     EXPECT_EQ(letterCodeAt(2, 3), 'A');      // tiny cells: the first one reads as "A"
@@ -177,9 +175,7 @@ TEST_F(AlphaListLogicTest, KeysAndTheLeftButtonMoveTheSelection)
 TEST_F(AlphaListLogicTest, OtherOrientationsDrawAndSelectNothing)
 {
     showNew();
-    const QSizeF before = canvas.outer;
     EXPECT_EQ(drawnBy([&] { logic.setOrientation(2); }), QStringList{"clear 0"});
-    EXPECT_EQ(canvas.outer, before); // until the next resize
     EXPECT_TRUE(drawnBy([&] {
                     logic.mouseDown(Qt::LeftButton, {100, 10});
                     EXPECT_FALSE(logic.keyDown(Qt::Key_Right));
@@ -192,8 +188,6 @@ TEST_F(AlphaListLogicTest, OtherOrientationsDrawAndSelectNothing)
     logic.setOrientation(Horizontal);
     EXPECT_EQ(errorOf([&] { logic.setOrientation(40000); }), CvError::Overflow);
     EXPECT_EQ(logic.orientation(), Horizontal);
-    // 1,000 points: cells of 1,500 pixels, a strip too long for 16 bits.
-    EXPECT_EQ(errorOf([&] { logic.setFontSize(1000); }), CvError::Overflow);
 }
 
 TEST_F(AlphaListLogicTest, StoredProperties)
