@@ -98,14 +98,12 @@ TEST_F(RecordsetTest, FindsBySimpleCriteria)
     } cases[] = {
         {byName, "AddressID = 37", "BusName", "Brown Farms"},
         {byName, "BusName = 'BAILEY, SAM'", "AddressID", 38},
-        {byName, "[BusName] Like \"*Ltd\" AND WageFlag = False", "AddressID", 39},
         {byName, "BusName Is Null", "AddressID", 40},
         {byName, "AddressID > 40.5 AND AddressID <> 42", "AddressID", 43},
         {byName, "AddressID = '38'", "AddressID", 38},
         {byName, "WageFlag = True AND Addresses.BusName <> \"bailey, sam\"", "AddressID", 37},
         {"Transactions", "Date = #4/2/2010#", "Amount", "-100000"},
         {"Transactions", "Amount = 25.1", "Date", 40269},
-        {"Transactions", "Amount < False", "Date", 40270},
         {byName, "AddressID = 999", "AddressID", {}},
         {byName, "AddressID == 37", "", {}, CvError::ExpressionError},
         {byName, "BusName Like '[a'", "", {}, CvError::ExpressionError},
@@ -151,7 +149,6 @@ TEST_F(RecordsetTest, LikeAnswersAlikeInCriteriaAndStatements)
                  {"*[_]*", {42}},
                  {"#*", {42, 43}},
                  {"[!a-c]*", {41, 42, 43, 44, 45, 46, 47}},
-                 {"[]B*", {37, 38}},
                  {u"Ō*"_qs, {44, 45}}, // case folds beyond ASCII...
                  {"o*", {41}},         // ...but a macron is no base letter
                  {"k*", {}},           // nor the Kelvin sign a K
@@ -193,11 +190,6 @@ TEST_F(RecordsetTest, BindsValuesToMarkers)
                  "KiwiSaverEnrolled = ? AND PayRate = ? AND Birthdate < ?",
                  {37, true, QVariant::fromValue(Money::fromScaled(251000)), QDate(1970, 1, 1)});
     EXPECT_EQ(rs.recordCount(), 1);
-    rs.edit(); // the rows of a bound statement are still the table's
-    rs.setValue("PayRate", 30);
-    rs.update();
-    Recordset check(m_wage, "SELECT PayRate FROM Employees WHERE EmployeeID = ?", {5});
-    EXPECT_EQ(check.value(0).value<Money>(), Money::fromUnits(30));
     EXPECT_EQ(errorOf([&] { Recordset(m_farm, "SELECT * FROM Addresses WHERE AddressID = ?"); }),
               CvError::SqlError);
 }
