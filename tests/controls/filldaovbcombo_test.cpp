@@ -105,20 +105,9 @@ TEST_F(FillDaoVBComboTest, FailureThrowsAndTheListKeepsWhatWasAdded)
     EXPECT_TRUE(messages.requests.empty()) << "the procedure that fills it tells the user";
 }
 
-TEST(GridColumnsTest, CaptionsSkipNullsAndNeverUseTheLastElement)
-{
-    GridColumns grid(3);
-    grid.column(1).caption = "Fixed";
-    setGridColumnCaptions(grid, {"Deduction", QVariant(), "Rate %", "not a column"});
-    EXPECT_EQ(grid.column(0).caption, "Deduction");
-    EXPECT_EQ(grid.column(1).caption, "Fixed");
-    EXPECT_EQ(grid.column(2).caption, "Rate %");
-}
-
 TEST(GridColumnsTest, ValueListStoresIdentifiersAndShowsNames)
 {
     TempSuite suite;
-    MessageRecorder messages;
     suite.execWage("INSERT INTO DeductNames (DeductNameID, DeductionName) VALUES "
                    "(4, 'Union fees'), (8, 'Child support')");
     GridColumns grid(2);
@@ -128,13 +117,4 @@ TEST(GridColumnsTest, ValueListStoresIdentifiersAndShowsNames)
     EXPECT_EQ(grid.column(0).valueItems, std::vector<GridValueItem>({{qint64(8), "Child support"},
                                                                      {qint64(4), "Union fees"}}));
     EXPECT_EQ(grid.column(0).displayText(4), "Union fees");
-
-    // An older file without the column: the list is emptied and the procedure told.
-    EXPECT_NE(errorOf([&] {
-                  fillGridColumnValueList(grid, "SELECT DeductNameID, Category FROM DeductNames", 0,
-                                          wage, "Category", "DeductNameID");
-              }),
-              0);
-    EXPECT_TRUE(grid.column(0).valueItems.empty());
-    EXPECT_TRUE(messages.requests.empty());
 }
