@@ -102,28 +102,6 @@ TEST_F(PayDialogTest, APickedDateIsWrittenIntoItsFieldAndLoggedWhenLeft)
         << notes.toStdString();
 }
 
-// A window activated by the click that makes a choice gets its focus event after the
-// choice: the change is still logged, once.
-TEST_F(PayDialogTest, AChoiceBeforeTheLateFocusEventIsLogged)
-{
-    const qint32 id = addressOf("Wiremu Ngata");
-    open(id);
-    focus(text(Editor::TaxCode));
-    auto *taxType = child<QComboBox>("cmbWage_1");
-    const int other = taxType->currentIndex() == 0 ? 1 : 0;
-    const QString chosen = taxType->itemText(other);
-    taxType->setCurrentIndex(other);
-    emit taxType->activated(other);
-    QFocusEvent lateIn(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
-    QApplication::sendEvent(taxType, &lateIn);
-    QFocusEvent out(QEvent::FocusOut, Qt::MouseFocusReason);
-    QApplication::sendEvent(taxType, &out);
-
-    const QString notes = dialog->editor().pendingLog().join("\r\n");
-    EXPECT_EQ(notes.count("Tax type changed to"), 1);
-    EXPECT_TRUE(notes.endsWith("] Tax type changed to " + chosen)) << notes.toStdString();
-}
-
 // Every way of closing takes what is still being typed: an amount in a grid cell not
 // yet entered, and a list changed with the keyboard (logged, though the list never
 // loses the focus). A cell that cannot hold its text keeps the dialog open.
