@@ -231,7 +231,6 @@ TEST_F(SuiteIni, SettingsUseTheirKeysOrFallBack)
         {"[CORVANE]\r\nModuleFileName=/m/Mods.mdb\r\n", installedModules, "/m/Mods.mdb"},
         // The tax number caption falls back in turn.
         {"[TAX]\r\nTaxNumberName=ABN\r\nTaxName=GST\r\n", taxCaption, "ABN Number"},
-        {"[TAX]\r\nTaxName=IRD\r\n", taxCaption, "IRD Number"},
         // Only Y means all employees; the wage account needs a number that fits.
         {"[WAGE]\r\nAllEmployees=y\r\n", employeeOnly, "0"},
         {"[WAGE]\r\nAllEmployees=Yes\r\n", employeeOnly, "1"},
