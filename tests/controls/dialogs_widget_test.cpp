@@ -90,47 +90,34 @@ TEST(DatePickerTest, CompactPickerIsAllButton)
     ASSERT_TRUE(QTest::qWaitFor([calendar] { return calendar->isVisible(); }));
 }
 
-// Acts on the input box once it is up: types text, then presses Enter or
+// Acts on the input box once it is up: notes its prompt, types text, then presses Enter or
 // clicks Cancel.
-void answerWhenShown(const QString &typed, bool cancel, QString *shownPrompt, QString *shownTitle)
+void answerWhenShown(const QString &typed, bool cancel, QString *shownPrompt)
 {
     QTimer::singleShot(0, [=] {
         auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
         ASSERT_NE(dialog, nullptr);
-        *shownTitle = dialog->windowTitle();
         *shownPrompt = dialog->findChild<QLabel *>("promptLabel")->text();
         auto *edit = dialog->findChild<QLineEdit *>("answerEdit");
         EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
         EXPECT_TRUE(edit->hasFocus());
         QTest::keyClicks(edit, typed);
-        if (cancel) {
-            QTest::mouseClick(
-                dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Cancel),
-                Qt::LeftButton);
-        } else {
+        if (cancel)
+            dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Cancel)->click();
+        else
             QTest::keyClick(edit, Qt::Key_Return);
-        }
     });
 }
 
 // The default is selected, so typing replaces it; Cancel gives nothing.
 TEST(InputBoxTest, ReturnsTheTypedTextOrNothingOnCancel)
 {
-    const struct
-    {
-        const char *title, *defaultText, *typed;
-        bool cancel;
-        const char *answer;
-    } cases[] = {{"Rename", "Old name", "New", false, "New"},
-                 {"Add New Address", "Default", "Discarded", true, ""}};
     InputBox box;
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.typed);
-        QString prompt, title;
-        answerWhenShown(c.typed, c.cancel, &prompt, &title);
-        EXPECT_EQ(box.ask("Enter the name", c.title, c.defaultText), c.answer);
+    for (const bool cancel : {false, true}) {
+        QString prompt;
+        answerWhenShown("New", cancel, &prompt);
+        EXPECT_EQ(box.ask("Enter the name", "Rename", "Old name"), cancel ? "" : "New");
         EXPECT_EQ(prompt, "Enter the name");
-        EXPECT_EQ(title, c.title);
     }
 }
 
