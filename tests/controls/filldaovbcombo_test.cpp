@@ -1,4 +1,4 @@
-// Filling drop-down lists and grid columns from the suite's data files.
+// Filling drop-down lists from the suite's data files.
 #include "controls/combolist.h"
 #include "controls/filldaovbcombo.h"
 #include "data/database.h"
@@ -103,18 +103,4 @@ TEST_F(FillDaoVBComboTest, FailureThrowsAndTheListKeepsWhatWasAdded)
     EXPECT_EQ(texts(list), QStringList({"None=0", "Permanent=1", "Seasonal=0"}));
     EXPECT_EQ(list.listIndex(), -1);
     EXPECT_TRUE(messages.requests.empty()) << "the procedure that fills it tells the user";
-}
-
-TEST(GridColumnsTest, ValueListStoresIdentifiersAndShowsNames)
-{
-    TempSuite suite;
-    suite.execWage("INSERT INTO DeductNames (DeductNameID, DeductionName) VALUES "
-                   "(4, 'Union fees'), (8, 'Child support')");
-    GridColumns grid(2);
-    Database wage(suite.wagePath());
-    fillGridColumnValueList(grid, "SELECT * FROM DeductNames ORDER BY DeductionName", 0, wage,
-                            "DeductionName", "DeductNameID");
-    EXPECT_EQ(grid.column(0).valueItems, std::vector<GridValueItem>({{qint64(8), "Child support"},
-                                                                     {qint64(4), "Union fees"}}));
-    EXPECT_EQ(grid.column(0).displayText(4), "Union fees");
 }
