@@ -254,13 +254,11 @@ TEST_F(Launch, AddressbookPicksAnEmployeeAndTellsTheWagebookNothing)
     window().pick.reset();
     id = 37;
     address.addressbook(id);
-    EXPECT_EQ(log.idAtShow, 37);
     EXPECT_EQ(id, 37);
     EXPECT_FALSE(wagebook.waitForNewConnection(100));
     qunsetenv("XDG_RUNTIME_DIR");
 
     // Employee mode lasts until an address book launch, which opens on the last pick.
-    EXPECT_EQ(AddressGlobals::LaunchMode, 1);
     address.run();
     EXPECT_EQ(log.modeAtShow, 0);
     EXPECT_EQ(log.idAtShow, 37);
