@@ -135,7 +135,6 @@ TEST(CvSuiteTool, UsageErrorsPrintUsageAndExitTwo)
     const QList<QStringList> wrong = {{},
                                       {"make", dir.path()},
                                       {"init"},
-                                      {"init", dir.path(), "--addresses", "5"},
                                       {"bulk", dir.path(), "--addresses", "-5", "--employees", "0"},
                                       {"bulk", dir.path(), "--addresses", "5", "--employees", "6"},
                                       {"bulk", dir.path(), "--addresses=5", "--employees"}};
