@@ -11,7 +11,6 @@
 
 #include <functional>
 #include <gtest/gtest.h>
-#include <QApplication>
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QTest>
