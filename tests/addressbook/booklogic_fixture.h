@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 #include <QStringList>
 #include <QVariant>
-#include <vector>
 
 using Book = AddressBookLogic;
 

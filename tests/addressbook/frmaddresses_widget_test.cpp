@@ -5,9 +5,6 @@
 #include "addressbook/ui/frmaddresses.h"
 #include "addressbook/ui/wagestabadapter.h"
 #include "bookdoubles.h"
-#include "data/database.h"
-#include "data/money.h"
-#include "data/recordset.h"
 #include "launch/addressglobals.h"
 #include "suitefiles.h"
 #include "support/messagerecorder.h"
@@ -34,14 +31,6 @@
 namespace {
 
 using Logic = AddressBookLogic;
-
-// The first value of a query on a data file.
-QVariant lookUp(const QString &path, const QString &sql)
-{
-    Database db(path);
-    Recordset rs(db, sql, Recordset::Snapshot);
-    return rs.eof() ? QVariant() : rs.value(0);
-}
 
 // The demo book in a fresh shared folder, with the window open on it.
 class WindowTest : public ::testing::Test
@@ -218,13 +207,28 @@ TEST_F(WindowTest, ClicksAndKeysReachTheCommands)
     EXPECT_TRUE(messages.requests.empty());
 }
 
-// The window as the start-up code shows it: a modal show returns when the window is
-// closed, by its Close button or its close box, and what is still being typed is saved.
-TEST(AddressBookWindowTest, EveryWayOfClosingSavesWhatIsBeingTyped)
+// The window as the start-up code shows it, on the demo book; nothing goes wrong.
+class AddressBookWindowTest : public ::testing::Test
 {
-    TempSuite suite(false);
-    SuiteFiles::demoSuite(suite.dir(), true);
+protected:
+    void SetUp() override
+    {
+        SuiteFiles::demoSuite(suite.dir(), true);
+        AddressGlobals::reset();
+    }
+    void TearDown() override
+    {
+        EXPECT_EQ(messages.titles(), QStringList());
+        AddressGlobals::reset();
+    }
+    TempSuite suite{false};
     MessageRecorder messages;
+};
+
+// A modal show returns when the window is closed, by its Close button or its close box,
+// and what is still being typed is saved.
+TEST_F(AddressBookWindowTest, EveryWayOfClosingSavesWhatIsBeingTyped)
+{
     const std::pair<const char *, std::function<void(frmAddresses *)>> closes[] = {
         {"Close", [](frmAddresses *f) { f->findChild<QPushButton *>("cmdClose")->click(); }},
         {"close box", [](frmAddresses *f) { f->close(); }}};
@@ -252,29 +256,17 @@ TEST(AddressBookWindowTest, EveryWayOfClosingSavesWhatIsBeingTyped)
         EXPECT_EQ(closedSignals, 1);
         ASSERT_NE(shownId, 0);
         EXPECT_EQ(AddressGlobals::CurrentAddressID, shownId);
-        EXPECT_EQ(lookUp(suite.farmPath(), QStringLiteral("SELECT BusCity FROM Addresses WHERE "
-                                                          "AddressID = %1")
-                                               .arg(shownId)),
-                  typed);
+        EXPECT_EQ(
+            suite.farmValue(
+                QStringLiteral("SELECT BusCity FROM Addresses WHERE AddressID = %1").arg(shownId)),
+            typed);
     }
-    EXPECT_TRUE(messages.requests.empty());
-    AddressGlobals::reset();
 }
 
 // The employee window's Pay Information page is the pay details editor: a rate typed
 // there is saved to the employee's row when the user picks another name.
-TEST(AddressBookWindowTest, PayDetailsOnTheEmployeePageAreSaved)
+TEST_F(AddressBookWindowTest, PayDetailsOnTheEmployeePageAreSaved)
 {
-    TempSuite suite(false);
-    SuiteFiles::demoSuite(suite.dir(), true);
-    MessageRecorder messages;
-    const auto payRate = [&](qint32 id) {
-        return lookUp(suite.wagePath(), QStringLiteral("SELECT PayRate FROM Employees WHERE "
-                                                       "AddressID = %1")
-                                            .arg(id))
-            .value<Money>();
-    };
-    AddressGlobals::reset();
     AddressGlobals::LaunchMode = 1;
     {
         AddressBookWindow window;
@@ -291,11 +283,13 @@ TEST(AddressBookWindowTest, PayDetailsOnTheEmployeePageAreSaved)
         QTest::keyClick(rate, Qt::Key_Tab);
         logic.chooseName(1);
         ASSERT_NE(logic.shownAddressId(), employee);
-        EXPECT_EQ(payRate(employee), Money::fromScaled(412500));
+        // Stored in ten-thousandths of a dollar.
+        EXPECT_EQ(
+            suite.wageValue(
+                QStringLiteral("SELECT PayRate FROM Employees WHERE AddressID = %1").arg(employee)),
+            412500);
         form->close();
     }
-    EXPECT_TRUE(messages.requests.empty()) << messages.titles().join('\n').toStdString();
-    AddressGlobals::reset();
 }
 
 } // namespace

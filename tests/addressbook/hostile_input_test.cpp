@@ -213,6 +213,7 @@ protected:
             const QString was = openEditor().text(box.field);
             if (EditorBooks::type(*editor, box.field, s))
                 return false;
+            EXPECT_EQ(editor->text(box.field), s) << "the user's text stays";
             editor->textEdited(box.field, was); // kept there, the user puts it back
             EXPECT_TRUE(editor->textFocusOut(box.field));
             return messages.requests.size() > before;

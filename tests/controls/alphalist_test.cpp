@@ -11,7 +11,6 @@
 
 #include <functional>
 #include <gtest/gtest.h>
-#include <QApplication>
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QTest>
@@ -44,13 +43,8 @@ public:
 private:
     void add(const QString &what, const AlphaListRect &r, qint32 c)
     {
-        ops << QStringLiteral("%1 %2,%3,%4,%5 %6")
-                   .arg(what)
-                   .arg(r.left)
-                   .arg(r.top)
-                   .arg(r.right)
-                   .arg(r.bottom)
-                   .arg(c, 0, 16);
+        ops << what + QString::asprintf(" %d,%d,%d,%d ", r.left, r.top, r.right, r.bottom) +
+                   QString::number(c, 16);
     }
 };
 

@@ -122,9 +122,7 @@ TEST(InputBoxTest, ReturnsTheTypedTextOrNothingOnCancel)
 }
 
 // Ampersands in the heading come doubled, as SuiteMessageBox passes them.
-const MessageRequest question{"Are you sure you want to delete Smith & Jones Contracting "
-                              "Limited, and every note kept against this entry?\r\n\r\nThe "
-                              "entry cannot be brought back once it is deleted.",
+const MessageRequest question{"Delete Smith & Jones?\r\n\r\nIt cannot be brought back.",
                               4,
                               "Corvane",
                               "Confirm Deletion?",
@@ -168,7 +166,6 @@ TEST(SuiteMessageDialogTest, ShowsTheTextsWithLiteralAmpersands)
 
 TEST(SuiteMessageDialogTest, ButtonsReturnThePlatformCodes)
 {
-    EXPECT_TRUE(button(SuiteMessageDialog(question), QDialogButtonBox::Yes)->isDefault());
     using B = QDialogButtonBox;
     // A button, or Escape (none) or the close box (Close), which are OK or No.
     const std::tuple<MessageRequest, B::StandardButton, qint16> cases[] = {

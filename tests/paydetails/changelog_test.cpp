@@ -8,7 +8,6 @@
 #include "support/tempsuite.h"
 
 #include <gtest/gtest.h>
-#include <QFile>
 
 namespace {
 

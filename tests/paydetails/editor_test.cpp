@@ -190,36 +190,6 @@ TEST_F(EditorBooks, LoadShowsTheRowAndSaveGuardsEachField)
     EXPECT_TRUE(messages.requests.empty());
 }
 
-TEST_F(EditorBooks, TextAFieldCannotHoldIsRefusedWhereItIsTyped)
-{
-    Editor editor(Editor::Host::Dialog);
-    editor.load(*farm, 37);
-    struct
-    {
-        int field;
-        const char *typed;
-        const char *title;
-    } const cases[] = {{Editor::PayRate, "abc", "Check the Pay Rate"},
-                       {Editor::Datehired, "31/02/2020", "Check the Date Hired"}};
-    for (const auto &c : cases) {
-        const QString before = editor.text(c.field);
-        editor.textFocusIn(c.field);
-        editor.textEdited(c.field, c.typed);
-        EXPECT_FALSE(editor.textFocusOut(c.field)) << c.typed;
-        ASSERT_EQ(messages.requests.size(), 1u) << c.typed;
-        EXPECT_EQ(messages.requests[0].title, c.title);
-        EXPECT_TRUE(messages.requests[0].prompt.startsWith(
-            QStringLiteral("\"%1\" is not").arg(QLatin1String(c.typed))));
-        EXPECT_EQ(editor.text(c.field), c.typed) << "the user's text stays";
-        messages.requests.clear();
-        editor.textEdited(c.field, before);
-        EXPECT_TRUE(editor.textFocusOut(c.field));
-    }
-    EXPECT_TRUE(editor.pendingLog().isEmpty());
-    EXPECT_FALSE(editor.queryClose());
-    EXPECT_EQ(stored(37, "PayRate").value<Money>(), Money::fromUnits(25)) << "never saved";
-}
-
 TEST_F(EditorBooks, ChangeLogLinesAreWrittenOnlyWithTheSaveThatStoresTheChange)
 {
     const auto notes = [this] {

@@ -20,7 +20,6 @@
 #include <QCalendarWidget>
 #include <QComboBox>
 #include <QDateEdit>
-#include <QFocusEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>

@@ -5,7 +5,6 @@
 // says before the call runs: "kill" raises SIGKILL (a crash or power cut at that point),
 // "eio" and "enospc" make the call fail with that errno. At exit the number of counted
 // calls goes to the file CV_FAULT_COUNT, so a clean run tells how many points a save has.
-// CV_FAULT_TRACE lists each point on standard error.
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <errno.h>
@@ -25,8 +24,7 @@ static size_t g_dirLen;
 static long g_at;
 static int g_kind; // 0 none, then SIGKILL, EIO or ENOSPC
 static atomic_long g_count;
-static int g_ready, g_trace;
-static __thread char g_last[2 * PATH_MAX + 2]; // the file of the call being counted
+static int g_ready;
 
 __attribute__((constructor)) static void faultInit(void)
 {
@@ -41,7 +39,6 @@ __attribute__((constructor)) static void faultInit(void)
              : !strcmp(kind, "eio")    ? EIO
              : !strcmp(kind, "enospc") ? ENOSPC
                                        : 0;
-    g_trace = getenv("CV_FAULT_TRACE") != NULL;
     g_ready = 1;
 }
 
@@ -88,7 +85,6 @@ static int pathCounts(int dirfd, const char *path)
     else
         return 0;
     // The folder itself was resolved; the file may not exist (yet, or any more).
-    snprintf(g_last, sizeof g_last, "%s", full);
     if (realpath(full, real))
         return underDir(real);
     char *slash = strrchr(full, '/');
@@ -103,30 +99,17 @@ static int fdCounts(int fd)
     char target[PATH_MAX];
     if (!g_ready || fd < 0 || !fdTarget(fd, target, sizeof target))
         return 0;
-    snprintf(g_last, sizeof g_last, "%s", target);
     return underDir(target);
 }
 
 // Returns the errno the call must fail with, 0 to let it run.
-static int countedPoint(const char *call, int counts)
+static int countedPoint(int counts)
 {
-    if (!counts)
-        return 0;
-    const long n = atomic_fetch_add(&g_count, 1) + 1;
-    if (g_trace) {
-        char line[2 * PATH_MAX + 64];
-        const int len = snprintf(line, sizeof line, "POINT %ld %s %s\n", n, call, g_last);
-        ssize_t (*raw)(int, const void *, size_t) = NULL;
-        void *sym = dlsym(RTLD_NEXT, "write");
-        memcpy(&raw, &sym, sizeof sym);
-        if (raw && len > 0)
-            raw(2, line, (size_t)len);
-    }
-    if (n != g_at || !g_kind)
+    if (!counts || atomic_fetch_add(&g_count, 1) + 1 != g_at || !g_kind)
         return 0;
     if (g_kind == SIGKILL)
         raise(SIGKILL);
-    return g_kind == SIGKILL ? 0 : g_kind;
+    return g_kind;
 }
 
 // One wrapper: counts the call when `counts` holds, then fails it or runs the real one.
@@ -139,7 +122,7 @@ static int countedPoint(const char *call, int counts)
             void *sym = dlsym(RTLD_NEXT, #name);                                                   \
             memcpy(&real, &sym, sizeof sym);                                                       \
         }                                                                                          \
-        const int err = countedPoint(#name, counts);                                               \
+        const int err = countedPoint(counts);                                                      \
         if (err) {                                                                                 \
             errno = err;                                                                           \
             return -1;                                                                             \

@@ -42,8 +42,6 @@ public:
             m_error = "cannot attach the wage file";
     }
     ~Books() { sqlite3_close(m_db); }
-    Books(const Books &) = delete;
-    Books &operator=(const Books &) = delete;
 
     // Every row of the result, columns joined by '|'; "<error: ...>" when it fails.
     QString rows(const QString &sql) const
@@ -156,15 +154,10 @@ const Save kInit{"cvsuite init", kCvsuite, {"init", "<dir>"}, "", false, true};
 
 struct Fault
 {
-    Fault(const char *kind = nullptr, int at = 0, const QString &countFile = {},
-          int killAfterMs = -1)
-        : kind(kind), at(at), countFile(countFile), killAfterMs(killAfterMs)
-    {
-    }
-    const char *kind; // kill, eio, enospc; nullptr: none, but counted
-    int at;
+    const char *kind = nullptr; // kill, eio, enospc; nullptr: none, but counted
+    int at = 0;
     QString countFile;
-    int killAfterMs; // killed from outside instead
+    int killAfterMs = -1; // killed from outside instead
 };
 
 struct Outcome
@@ -219,6 +212,13 @@ Outcome run(const Save &s, const QString &dir, const Fault &fault = {}, const QS
     }
     p.waitForFinished(120000);
     return Outcome::of(p, clock.elapsed());
+}
+
+// A shorter run for a quick look, when the variable says so.
+int envOr(const char *name, int fallback)
+{
+    const int v = qEnvironmentVariableIntValue(name);
+    return v > 0 ? v : fallback;
 }
 
 bool copyTree(const QString &from, const QString &to)
@@ -321,11 +321,7 @@ protected:
             ASSERT_FALSE(b.rows(sql).startsWith(u"<error")) << qPrintable(b.rows(sql));
         s_before = suiteState(templateDir(), false);
     }
-    static void TearDownTestSuite()
-    {
-        delete s_root;
-        s_root = nullptr;
-    }
+    static void TearDownTestSuite() { delete s_root; }
 
     static QString templateDir() { return s_root->path() + "/template"; }
 
@@ -354,7 +350,7 @@ protected:
     {
         const auto dir = freshSuite(s);
         const QString count = dir->path() + ".count";
-        const Outcome o = run(s, dir->path(), {nullptr, 0, count});
+        const Outcome o = run(s, dir->path(), {nullptr, 0, count, -1});
         const QString what = s.args.join(' ') + '\n' + o.err;
         EXPECT_EQ(o.failuresReported(), 0) << "a clean save reports: " << qPrintable(what);
         const QString saved = s.state(dir->path());
@@ -386,7 +382,7 @@ protected:
     {
         Tally t;
         for (int k = 1; k <= clean.points; ++k)
-            killedRun(s, clean, {"kill", k}, t,
+            killedRun(s, clean, {"kill", k, {}, -1}, t,
                       QStringLiteral("%1 killed at %2").arg(s.name).arg(k));
         return t;
     }
@@ -402,8 +398,7 @@ QString SaveReliability::s_before;
 // every run, so a failure repeats): each save is whole or absent.
 TEST_F(SaveReliability, KilledAnywhereEachSaveIsWholeOrAbsent)
 {
-    int kills = qEnvironmentVariableIntValue("CV_RANDOM_KILLS");
-    kills = kills > 0 ? kills : 1000;
+    const int kills = envOr("CV_RANDOM_KILLS", 1000);
     const int perSave = (kills + int(std::size(kChildSaves)) - 1) / int(std::size(kChildSaves));
     QRandomGenerator random(20240520);
     Tally points, moments;
@@ -444,7 +439,7 @@ TEST_F(SaveReliability, ASuiteReplacedOrMadeAndKilledIsOldOrNew)
     ASSERT_GT(clean.points, 8);
     Tally init;
     for (int k = 1; k <= clean.points; ++k) {
-        const auto dir = killedRun(kInit, clean, {"kill", k}, init, QString::number(k));
+        const auto dir = killedRun(kInit, clean, {"kill", k, {}, -1}, init, QString::number(k));
         run({"init again", kCvsuite, {"init", "<dir>", "--force"}}, dir->path());
         EXPECT_EQ(QDir(SuiteFiles::generationsFolder(dir->path()))
                       .entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden)
@@ -467,17 +462,14 @@ TEST_F(SaveReliability, AFailedWriteIsReportedOnceAndChangesNothing)
     int points = 0, reportedOnce = 0, unchanged = 0, absorbed = 0, autocommit = 0, typedKept = 0,
         typedRuns = 0;
     QStringList samples;
-    const auto sample = [&samples](const QString &s) {
-        if (samples.size() < 20)
-            samples << s;
-    };
+    const auto sample = [&samples](const QString &s) { samples << s; };
     for (const Save &s : kChildSaves) {
         const Clean clean = cleanRun(s);
         const QString answers = *s.answers ? s.answers + QStringLiteral(",cancel") : "cancel";
         for (const char *kind : {"eio", "enospc"}) {
             for (int at = 1; at <= clean.points; ++at, ++points) {
                 const auto dir = freshSuite(s);
-                const Outcome o = run(s, dir->path(), {kind, at}, answers);
+                const Outcome o = run(s, dir->path(), {kind, at, {}, -1}, answers);
                 const QString label = QStringLiteral("%1 %2 at %3").arg(s.name, kind).arg(at);
                 const int reports = o.failuresReported();
                 const QString after = s.state(dir->path());
@@ -505,17 +497,13 @@ TEST_F(SaveReliability, AFailedWriteIsReportedOnceAndChangesNothing)
         }
     }
     recordFigures("I/O errors",
-                  {QStringLiteral("I/O error points %1, failures reported once %2 (files unchanged "
-                                  "%3), absorbed by SQLite after its commit point %4 (saved "
-                                  "whole), autocommit restored %5, typed input kept %6 of %7")
-                       .arg(points)
-                       .arg(reportedOnce)
-                       .arg(unchanged)
-                       .arg(absorbed)
-                       .arg(autocommit)
-                       .arg(typedKept)
-                       .arg(typedRuns)});
-    const QString details = samples.join("\n  ");
+                  {QString::asprintf("I/O error points %d, failures reported once %d (files "
+                                     "unchanged %d), absorbed by SQLite after its commit point %d "
+                                     "(saved whole), autocommit restored %d, typed input kept %d "
+                                     "of %d",
+                                     points, reportedOnce, unchanged, absorbed, autocommit,
+                                     typedKept, typedRuns)});
+    const QString details = samples.mid(0, 20).join("\n  ");
     EXPECT_EQ(unchanged + absorbed, points) << qPrintable(details);
     EXPECT_EQ(unchanged, reportedOnce) << qPrintable(details);
     EXPECT_EQ(autocommit, points) << qPrintable(details);
@@ -526,8 +514,7 @@ TEST_F(SaveReliability, AFailedWriteIsReportedOnceAndChangesNothing)
 // to a failed save: no save is lost, and none fails without the user hearing of it.
 TEST_F(SaveReliability, EightWritersForAMinuteLoseNothingAndReportEveryFailure)
 {
-    int seconds = qEnvironmentVariableIntValue("CV_CONTENTION_SECONDS");
-    seconds = seconds > 0 ? seconds : 60;
+    const int seconds = envOr("CV_CONTENTION_SECONDS", 60);
     const auto dir = freshSuite(kAddress);
     std::vector<std::unique_ptr<QProcess>> writers;
     for (int i = 1; i <= 8; ++i) {
@@ -571,14 +558,9 @@ TEST_F(SaveReliability, EightWritersForAMinuteLoseNothingAndReportEveryFailure)
     EXPECT_EQ(silent, 0) << "saves that failed without a message";
     EXPECT_GE(reported, failed);
     recordFigures("contention",
-                  {QStringLiteral("8 writers for %1 s: saves %2, failed and reported %3, failed "
-                                  "silently %4, lost updates %5, messages %6")
-                       .arg(seconds)
-                       .arg(saved)
-                       .arg(failed)
-                       .arg(silent)
-                       .arg(lost)
-                       .arg(reported)});
+                  {QString::asprintf("8 writers for %d s: saves %d, failed and reported %d, failed "
+                                     "silently %d, lost updates %d, messages %d",
+                                     seconds, saved, failed, silent, lost, reported)});
 }
 
 // Another program holds the wage file (BEGIN EXCLUSIVE) while pay details are saved: for
@@ -615,9 +597,7 @@ TEST_F(SaveReliability, AnotherProgramHoldingTheWageFile)
         const Outcome o = Outcome::of(child);
         EXPECT_TRUE(kPayDetails.state(dir->path()) == (endsSaved ? saved : s_before))
             << qPrintable(o.err);
-        if (!endsSaved) {
-            EXPECT_EQ(o.failuresReported(), 1) << qPrintable(o.err);
-        }
+        EXPECT_TRUE(endsSaved || o.failuresReported() == 1) << qPrintable(o.err);
         EXPECT_TRUE(o.says("AUTOCOMMIT 1")) << qPrintable(o.out);
     }
 }

@@ -235,8 +235,6 @@ TEST_F(Launch, RunAndRunModalOpenAllEntriesOnTheCurrentEntry)
 TEST_F(Launch, AddressbookPicksAnEmployeeAndTellsTheWagebookNothing)
 {
     // A wage book that would hear a reply: nothing may connect to it.
-    QTemporaryDir runtime;
-    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
     ASSERT_TRUE(makeWagebookFolder());
     QLocalServer wagebook;
     ASSERT_TRUE(wagebook.listen(wagebookSocketPath()));

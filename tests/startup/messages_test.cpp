@@ -52,7 +52,12 @@ Shown want(const QString &prompt, const QString &caption, const QString &title,
 class MessagesTest : public ::testing::Test
 {
 protected:
-    MessagesTest() : m_suite(false) { m_suite.writeIni("[START]\r\nFirm=R&D Farms\r\n"); }
+    MessagesTest() : m_suite(false)
+    {
+        m_suite.writeIni("[START]\r\nFirm=R&D Farms\r\n");
+        resetErrorLogState();
+    }
+    ~MessagesTest() override { resetErrorLogState(); }
 
     TempSuite m_suite;
     MessageRecorder m_recorder;
@@ -96,16 +101,7 @@ TEST_F(MessagesTest, StandardErrorReport)
                    "R&D Farms Error", "An Error has Occurred", "Error 94 BankID"));
 }
 
-class LogErrorTest : public ::testing::Test
-{
-protected:
-    LogErrorTest() : m_suite(false) { resetErrorLogState(); }
-    ~LogErrorTest() override { resetErrorLogState(); }
-
-    TempSuite m_suite;
-};
-
-TEST_F(LogErrorTest, FirstCallAppendsOneLineAndLaterCallsAreSkipped)
+TEST_F(MessagesTest, LogFirstCallAppendsOneLineAndLaterCallsAreSkipped)
 {
     {
         QFile log(m_suite.errorLogPath());
@@ -123,7 +119,7 @@ TEST_F(LogErrorTest, FirstCallAppendsOneLineAndLaterCallsAreSkipped)
     EXPECT_EQ(QString::fromUtf8(m_suite.readErrorLog()), "earlier run\r\n" + first);
 }
 
-TEST_F(LogErrorTest, FailureIsSilentAndStillUsesTheProcessTurn)
+TEST_F(MessagesTest, LogFailureIsSilentAndStillUsesTheProcessTurn)
 {
     QDir(m_suite.commonDir()).removeRecursively();
     QString text = "lost";
@@ -136,7 +132,7 @@ TEST_F(LogErrorTest, FailureIsSilentAndStillUsesTheProcessTurn)
     EXPECT_TRUE(m_suite.readErrorLog().isEmpty());
 }
 
-TEST_F(LogErrorTest, ANewLogIsPrivateAndAFullOneMovesAsideWhole)
+TEST_F(MessagesTest, ANewLogIsPrivateAndAFullOneMovesAsideWhole)
 {
     QString text = "names a person";
     LogError(text);

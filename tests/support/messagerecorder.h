@@ -19,9 +19,6 @@ public:
     qint16 show(const MessageRequest &request) override
     {
         requests.push_back(request);
-        // For a person reading a failing test: every message as it comes.
-        if (qEnvironmentVariableIsSet("CV_TEST_MESSAGES"))
-            qInfo("message: %s | %s", qPrintable(request.title), qPrintable(request.prompt));
         if (answers.empty())
             return request.buttons == ButtonsYesNo ? ResultNo : ResultOk;
         const qint16 answer = answers.front();

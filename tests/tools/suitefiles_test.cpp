@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
@@ -135,7 +134,6 @@ TEST(CvSuiteTool, UsageErrorsPrintUsageAndExitTwo)
     const QList<QStringList> wrong = {{},
                                       {"make", dir.path()},
                                       {"init"},
-                                      {"init", dir.path(), "--addresses", "5"},
                                       {"bulk", dir.path(), "--addresses", "-5", "--employees", "0"},
                                       {"bulk", dir.path(), "--addresses", "5", "--employees", "6"},
                                       {"bulk", dir.path(), "--addresses=5", "--employees"}};
