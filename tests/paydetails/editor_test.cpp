@@ -114,6 +114,15 @@ TEST_F(EditorFields, BankModesFollowTheIdentifierAndTheDefaults)
 
 TEST_F(EditorFields, FailedLookUpsAreToldAndTheEditorGoesOn)
 {
+    // A type typed as listed but in other capitals is the listed one; a non-member is not.
+    const std::pair<const char *, bool> typedTypes[] = {{"OPTED IN", true},
+                                                        {"not enrolled", false}};
+    for (const auto &[typed, member] : typedTypes) {
+        editor.list(Editor::EnrolmentType).setListIndex(-1);
+        editor.list(Editor::EnrolmentType).setText(typed);
+        editor.enrolmentClicked();
+        EXPECT_EQ(editor.kiwiSaverRatesVisible(), member) << typed;
+    }
     // A type typed that is not listed: looked up, not found, no member.
     editor.list(Editor::EnrolmentType).setListIndex(-1);
     editor.list(Editor::EnrolmentType).setText("No such type");
