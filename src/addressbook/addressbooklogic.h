@@ -25,8 +25,8 @@ class PayInformationTab;
 // list holds, which entry is shown, what is written back when the user moves
 // on, adding and deleting entries, notes and the cashbook heading. The view
 // (addressbook/ui) forwards the user's events to the event members below and
-// shows the state members; whenever the state may have changed, revision()
-// moves on and changed() is emitted once per event.
+// shows the state members; whenever the state may have changed, changed() is
+// emitted once per event.
 //
 // Messages go through SuiteMessageBox (the installed MessageService); the
 // input box, the pay details dialog, the help viewer and the pay information

@@ -7,14 +7,12 @@ void ComboList::clear()
     m_items.clear();
     m_index = -1;
     m_text.clear();
-    ++m_revision;
     ++m_itemsRevision;
 }
 
 void ComboList::addItem(const QString &text, qint32 data)
 {
     m_items.push_back({text, data});
-    ++m_revision;
     ++m_itemsRevision;
 }
 
@@ -24,7 +22,6 @@ void ComboList::setItemData(int index, qint32 data)
         throw CvError(CvError::InvalidProcedureCall, "ComboList",
                       "Invalid procedure call or argument");
     m_items[std::size_t(index)].data = data;
-    ++m_revision;
     ++m_itemsRevision;
 }
 
@@ -36,7 +33,6 @@ void ComboList::setListIndex(int index)
     m_index = index;
     if (index >= 0)
         m_text = m_items[std::size_t(index)].text;
-    ++m_revision;
 }
 
 qint32 ComboList::currentData() const
@@ -52,5 +48,4 @@ QString ComboList::text() const
 void ComboList::setText(const QString &text)
 {
     m_text = text;
-    ++m_revision;
 }

@@ -8,7 +8,7 @@
 // text and a 32-bit item data, the selected index and the list's text. Logic
 // fills and reads it; the view shows the items through a model over this list
 // (ComboListModel), re-read only when itemsRevision() has moved on, and follows
-// the selection whenever revision() has.
+// the selection.
 struct ComboItem
 {
     QString text;
@@ -39,14 +39,12 @@ public:
     QString text() const;
     void setText(const QString &text);
 
-    // Moves on with every change; itemsRevision() only when the items change.
-    quint64 revision() const { return m_revision; }
+    // Moves on whenever the items change.
     quint64 itemsRevision() const { return m_itemsRevision; }
 
 private:
     std::vector<ComboItem> m_items;
     int m_index = -1;
     QString m_text;
-    quint64 m_revision = 0;
     quint64 m_itemsRevision = 0;
 };

@@ -3,11 +3,5 @@
 void WindowLogic::markChanged()
 {
     if (m_batchDepth == 0)
-        announce();
-}
-
-void WindowLogic::announce()
-{
-    ++m_revision;
-    emit changed();
+        emit changed();
 }

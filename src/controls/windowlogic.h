@@ -2,18 +2,15 @@
 
 #include <QObject>
 
-// What every window's logic shares with its view: a revision that moves on with each
-// change of the state the view shows, and a changed() signal on which the view brings its
-// widgets in line. An event that changes several things holds a Batch, so that the view
-// does so once, when the outermost batch ends.
+// What every window's logic shares with its view: a changed() signal on which the view
+// brings its widgets in line. An event that changes several things holds a Batch, so
+// that the view does so once, when the outermost batch ends.
 class WindowLogic : public QObject
 {
     Q_OBJECT
 
 public:
     using QObject::QObject;
-
-    quint64 revision() const { return m_revision; }
 
 signals:
     void changed();
@@ -29,7 +26,7 @@ protected:
         ~Batch()
         {
             if (--m_logic.m_batchDepth == 0)
-                m_logic.announce();
+                emit m_logic.changed();
         }
         Batch(const Batch &) = delete;
         Batch &operator=(const Batch &) = delete;
@@ -39,8 +36,5 @@ protected:
     };
 
 private:
-    void announce();
-
-    quint64 m_revision = 0;
     int m_batchDepth = 0;
 };

@@ -18,8 +18,7 @@ class DeductionGrid;
 // One employee's pay details as the pay details dialog (frmPaydetails) and the
 // address window's wages tab both edit them: the Employees row, KiwiSaver
 // settings and standing deductions. The view shows this state, forwards the
-// user's events here, and resyncs whenever changed() fires (or revision() has
-// moved on).
+// user's events here, and resyncs whenever changed() fires.
 //
 // Errors: each event, load and save catches what fails under it and reports it once,
 // naming the host's procedure (a save through saveChanges). A list, a default or a
