@@ -63,7 +63,7 @@ frmAddresses::frmAddresses(AddressBookLogic &logic, QWidget *parent)
     buildLayout();
     setTabOrderChain();
     // The window sees every key and focus change before its controls do.
-    m_events = new FormEvents(
+    m_events = std::make_unique<FormEvents>(
         this, &m_entry, [this](const QObject *w) { return fieldIndexOf(w) >= 0; },
         [this] { focusNextChild(); },
         [this](QObject *watched, QEvent *event) { return handleEvent(watched, event); });
@@ -76,9 +76,8 @@ frmAddresses::frmAddresses(AddressBookLogic &logic, QWidget *parent)
 
 frmAddresses::~frmAddresses()
 {
-    // The widgets are destroyed after this body: the focus leaving one of them then must
-    // reach neither the logic nor this half-destroyed window.
-    delete m_events;
+    // The widgets are destroyed after this body: nothing they send as they go may reach
+    // the logic (m_events goes before them).
     disconnect(&m_logic, nullptr, this, nullptr);
     setWaitCursor(false);
 }

@@ -77,7 +77,7 @@ private:
 
     AddressBookLogic &m_logic;
     FieldEntry m_entry; // which address box the user is in
-    FormEvents *m_events = nullptr;
+    std::unique_ptr<FormEvents> m_events;
     SyncPass m_sync;
     bool m_waitCursor = false;
     qint32 m_stripColour = -1;

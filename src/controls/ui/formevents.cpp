@@ -8,7 +8,7 @@
 
 FormEvents::FormEvents(QWidget *host, FieldEntry *entry, IsField isField,
                        std::function<void()> focusNext, Handler handler)
-    : QObject(host), m_host(host), m_entry(entry), m_isField(std::move(isField)),
+    : m_host(host), m_entry(entry), m_isField(std::move(isField)),
       m_focusNext(std::move(focusNext)), m_handler(std::move(handler))
 {
 }

@@ -10,8 +10,9 @@ class QWidget;
 // handling: Enter moves on as Tab does, and the focus changes of the form's fields
 // reach its FieldEntry. Pop-up lists and calendars are windows of their own and keep
 // their events.
-// The host deletes it at the start of its own destructor: its widgets go after, and the
-// focus leaving them then must not reach a half-destroyed form.
+// The host holds it in a member (std::unique_ptr), not as a child: members go before the
+// host's widgets, whose focus leaving them as they die must not reach a half-destroyed
+// form.
 class FormEvents : public QObject
 {
 public:

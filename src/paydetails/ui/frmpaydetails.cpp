@@ -22,7 +22,9 @@ frmPaydetails::frmPaydetails(qint32 addressId, QWidget *parent)
     m_ok->setAutoDefault(false);
     m_ok->setDefault(false);
     m_ok->setMinimumWidth(90);
-    (new FormEvents(this, nullptr, {}, [this] { focusNextChild(); }))->watch(m_ok);
+    m_events = std::make_unique<FormEvents>(this, nullptr, FormEvents::IsField(),
+                                            [this] { focusNextChild(); });
+    m_events->watch(m_ok);
     connect(m_ok, &QPushButton::clicked, this, &QDialog::accept);
 
     auto *buttons = new QHBoxLayout;

@@ -4,6 +4,7 @@
 #include <QDialog>
 
 class QPushButton;
+class FormEvents;
 class PayDetailsEditor;
 class PayDetailsPanel;
 
@@ -37,4 +38,5 @@ private:
     bool m_loaded = false;
     PayDetailsPanel *m_panel = nullptr;
     QPushButton *m_ok = nullptr;
+    std::unique_ptr<FormEvents> m_events; // Enter on OK moves on
 };

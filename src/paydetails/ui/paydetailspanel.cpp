@@ -60,7 +60,7 @@ PayDetailsPanel::PayDetailsPanel(PayDetailsEditor &editor, QWidget *parent)
     setTabOrderChain();
     // The panel sees every key and focus change before its controls do. The
     // grid's cell editors come later and keep their own keys.
-    m_events = new FormEvents(
+    m_events = std::make_unique<FormEvents>(
         this, &m_entry,
         [this](const QObject *w) { return textIndexOf(w) >= 0 || listIndexOf(w) >= 0; },
         [this] { focusNextChild(); });
@@ -70,12 +70,7 @@ PayDetailsPanel::PayDetailsPanel(PayDetailsEditor &editor, QWidget *parent)
     syncFromEditor();
 }
 
-PayDetailsPanel::~PayDetailsPanel()
-{
-    // The widgets are destroyed after this body: the focus leaving one of them then must
-    // not reach the editor, which its host may have destroyed already.
-    delete m_events;
-}
+PayDetailsPanel::~PayDetailsPanel() = default;
 
 // ---- Layout ----------------------------------------------------------------
 

@@ -66,7 +66,7 @@ private:
     bool m_dialog;
     SyncPass m_sync;
     FieldEntry m_entry; // which field the user is in
-    FormEvents *m_events = nullptr;
+    std::unique_ptr<FormEvents> m_events;
 
     std::array<QLineEdit *, PayDetailsEditor::TextCount> m_texts{};
     std::array<CvDatePicker *, PayDetailsEditor::TextCount> m_pickers{};
