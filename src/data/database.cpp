@@ -136,6 +136,13 @@ Database::Database(const QString &path, int busyTimeoutMs)
     }
 }
 
+Database::Database(const Server &server, int busyTimeoutMs)
+    : m_state(std::make_shared<DatabaseState>())
+{
+    m_state->busyTimeout = busyTimeoutMs;
+    m_state->openServer(server.connection);
+}
+
 Database::~Database()
 {
     m_state->close();
@@ -145,6 +152,10 @@ void Database::attach(const QString &path, const QString &schema)
 {
     DatabaseState &s = *m_state;
     s.requireOpen(Source);
+    if (s.isServer())
+        throw CvError(CvError::SqlError, Source,
+                      QStringLiteral("Both data sets are on the server already; nothing to "
+                                     "attach."));
     const QFileInfo fi(path);
     checkFile(fi);
     const QString absolute = fi.absoluteFilePath();
@@ -181,6 +192,11 @@ QString Database::path() const
     return m_state->path;
 }
 
+bool Database::isServer() const
+{
+    return m_state->isServer();
+}
+
 bool Database::isOpen() const
 {
     return m_state->isOpen();
@@ -194,8 +210,11 @@ void Database::close()
 void Database::setBusyTimeout(int ms)
 {
     m_state->requireOpen(Source);
-    sqlite3_busy_timeout(m_state->handle, ms);
     m_state->busyTimeout = ms;
+    if (m_state->isServer())
+        m_state->setLockTimeout(ms);
+    else
+        sqlite3_busy_timeout(m_state->handle, ms);
 }
 
 int Database::busyTimeout() const
@@ -215,22 +234,19 @@ int Database::execute(const QString &jetSql, const QVariantList &values)
     bound.reserve(values.size());
     for (const QVariant &v : values)
         bound << JetValue::toParameter(v);
-    const QString sql = JetSql::bind(*JetSql::translation(jetSql), bound);
-    QSqlQuery q = m_state->query();
-    m_state->run(q, sql, bound, Source);
-    return q.numRowsAffected();
+    const QString sql = JetSql::bind(*JetSql::translation(jetSql, m_state->dialect), bound);
+    return m_state->exec(sql, bound, Source);
 }
 
 void Database::beginTransaction()
 {
     DatabaseState &s = *m_state;
     s.requireOpen(Source);
-    QSqlQuery q = s.query();
     // Nested transactions are savepoints inside the outer one.
-    s.run(q,
-          s.transactionDepth == 0 ? QStringLiteral("BEGIN IMMEDIATE")
-                                  : QStringLiteral("SAVEPOINT cv_%1").arg(s.transactionDepth),
-          {}, Source);
+    const QString begin = s.isServer() ? QStringLiteral("BEGIN") : QStringLiteral("BEGIN IMMEDIATE");
+    s.exec(s.transactionDepth == 0 ? begin
+                                   : QStringLiteral("SAVEPOINT cv_%1").arg(s.transactionDepth),
+           {}, Source);
     ++s.transactionDepth;
 }
 
@@ -242,17 +258,16 @@ void Database::commit()
         throw CvError(CvError::NoTransaction, Source,
                       QStringLiteral("Commit without a transaction: it was rolled back after an "
                                      "earlier failure, or never begun."));
-    QSqlQuery q = s.query();
     const int level = s.transactionDepth - 1;
     try {
-        s.run(q, level == 0 ? QStringLiteral("COMMIT") : QStringLiteral("RELEASE cv_%1").arg(level),
-              {}, Source);
+        s.exec(level == 0 ? QStringLiteral("COMMIT") : QStringLiteral("RELEASE cv_%1").arg(level),
+               {}, Source);
     } catch (const CvError &) {
         // Syncing the folder after the super-journal of a save across both files has
         // gone: both files hold the save already (with the super-journal gone their
         // journals no longer roll anything back). Reporting it as not saved would have
         // the user save it twice.
-        if (level != 0 || s.lastFailure != SQLITE_IOERR_DIR_FSYNC)
+        if (level != 0 || s.isServer() || s.lastFailure != SQLITE_IOERR_DIR_FSYNC)
             throw;
     }
     s.transactionDepth = level;
@@ -265,13 +280,12 @@ void Database::rollback()
     if (s.transactionDepth == 0)
         throw CvError(CvError::NoTransaction, Source,
                       QStringLiteral("Rollback without a transaction."));
-    QSqlQuery q = s.query();
     const int level = s.transactionDepth - 1;
     if (level == 0) {
-        s.run(q, QStringLiteral("ROLLBACK"), {}, Source);
+        s.exec(QStringLiteral("ROLLBACK"), {}, Source);
     } else {
-        s.run(q, QStringLiteral("ROLLBACK TO cv_%1").arg(level), {}, Source);
-        s.run(q, QStringLiteral("RELEASE cv_%1").arg(level), {}, Source);
+        s.exec(QStringLiteral("ROLLBACK TO cv_%1").arg(level), {}, Source);
+        s.exec(QStringLiteral("RELEASE cv_%1").arg(level), {}, Source);
     }
     s.transactionDepth = level;
 }

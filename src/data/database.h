@@ -9,9 +9,10 @@
 class DatabaseState;
 class Recordset;
 
-// One open data file of the suite. The file must exist, be an SQLite database and
-// be writable: opening never creates a file. Each object has its own named
-// connection, closed with the object. Statements are written in the Jet dialect
+// The suite's data: one open data file (with the wage file attached to it), or both
+// data sets on a PostgreSQL server. A file must exist, be an SQLite database and be
+// writable: opening never creates a file, nor anything on a server. Each object has its
+// own connection, closed with the object. Statements are written in the Jet dialect
 // and translated (JetSql) before they run; every failure is a CvError carrying
 // the database's own message.
 class Database
@@ -26,6 +27,17 @@ public:
     // it is not a database, 3051 when it is read-only, 3260 when another program
     // keeps it locked for longer than the busy timeout.
     explicit Database(const QString &path, int busyTimeoutMs = DefaultBusyTimeoutMs);
+
+    // A PostgreSQL server, as libpq's URI (postgresql://host/database) or key=value
+    // form (service=name), holding the suite's two data sets in the schemas farm and
+    // wage of one database. Credentials come from libpq's own files and environment.
+    // Throws CvError 3024 with a message naming what to fix when the server cannot be
+    // reached, refuses the login, or has no books.
+    struct Server
+    {
+        QString connection;
+    };
+    explicit Database(const Server &server, int busyTimeoutMs = DefaultBusyTimeoutMs);
     ~Database();
     Database(const Database &) = delete;
     Database &operator=(const Database &) = delete;
@@ -36,7 +48,9 @@ public:
     // the main and the wage file stays whole. Throws as the constructor does.
     void attach(const QString &path, const QString &schema);
 
+    // The main file's path, or the server's connection as given.
     QString path() const;
+    bool isServer() const;
     bool isOpen() const;
     void close();
 
@@ -54,7 +68,8 @@ public:
     int execute(const QString &jetSql, const QVariantList &values);
 
     // Write transactions take the write lock at once (BEGIN IMMEDIATE), so they
-    // wait for another writer up to the busy timeout instead of failing midway.
+    // wait for another writer up to the busy timeout instead of failing midway. On a
+    // server each row lock is waited for up to the same time.
     void beginTransaction();
     void commit();
     void rollback();
@@ -64,7 +79,7 @@ public:
     // rethrows when it throws. Nested calls join the outer transaction.
     void transaction(const std::function<void()> &work);
 
-    // The Qt connection, for code that needs the driver itself.
+    // The Qt connection, for code that needs the driver itself (files only).
     QSqlDatabase connection() const;
 
 private:

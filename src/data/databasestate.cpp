@@ -2,6 +2,7 @@
 
 #include "core/cverror.h"
 #include "data/jetsql.h"
+#include "data/sqlitestatement.h"
 
 #include <QFileInfo>
 #include <QSqlRecord>
@@ -143,8 +144,59 @@ void DatabaseState::fail(int code, const QString &message, const char *source)
     }
 }
 
+int DatabaseState::exec(const QString &sql, const QVariantList &values, const char *source)
+{
+    if (isServer())
+        return execServer(sql, values, source);
+    QSqlQuery q = query();
+    run(q, sql, values, source);
+    return q.numRowsAffected();
+}
+
+std::unique_ptr<Cursor> DatabaseState::select(const QString &sql, const QVariantList &values,
+                                              const char *source)
+{
+    if (isServer())
+        return selectServer(sql, values, source);
+    return std::make_unique<SqliteStatement>(*this, sql, values, source);
+}
+
+QString DatabaseState::rowid(const QString &tableName, const char *source)
+{
+    const Table &t = table(tableName, source);
+    if (!isServer())
+        return QStringLiteral("_rowid_");
+    if (t.key.isEmpty())
+        throw CvError(CvError::NotUpdatable, source,
+                      QStringLiteral("Cannot update: the table '%1' has no primary key.")
+                          .arg(tableName));
+    return JetSql::quoteIdentifier(t.key, dialect);
+}
+
+QVariant DatabaseState::nextAutoNumber(const QString &tableName, const char *source)
+{
+    if (isServer()) {
+        const Table &t = table(tableName, source);
+        // Taken from the key's sequence now, as Jet numbers a row when it is begun; a
+        // row never added leaves a gap, as it does in Jet.
+        std::unique_ptr<Cursor> rows =
+            select(QStringLiteral("SELECT nextval(pg_get_serial_sequence(?, ?))"),
+                   {t.qualified, t.key.toLower()}, source);
+        return rows->next() ? rows->value(0) : QVariant();
+    }
+    std::unique_ptr<Cursor> rows =
+        select(QStringLiteral("SELECT max(coalesce((SELECT seq FROM sqlite_sequence WHERE name = ? "
+                              "COLLATE NOCASE), 0), coalesce((SELECT max(_rowid_) FROM %1), 0)) "
+                              "+ 1")
+                   .arg(JetSql::quoteIdentifier(tableName)),
+               {tableName}, source);
+    return rows->next() ? rows->value(0) : QVariant();
+}
+
 QString DatabaseState::files() const
 {
+    if (isServer())
+        return QStringLiteral("the books on the server (%1)").arg(path);
     const QFileInfo main(path);
     QStringList names{main.fileName()};
     bool oneFolder = true;
@@ -168,6 +220,9 @@ const DatabaseState::Table &DatabaseState::table(const QString &name, const char
         return it.value();
 
     Table t;
+    t.name = name;
+    if (isServer()) // every table was read on connecting
+        return m_tables.insert(key, t).value();
     QSqlQuery q = query();
     run(q, QStringLiteral("PRAGMA table_info(%1)").arg(JetSql::quoteIdentifier(name)), {}, source);
     QString keyColumn, keyType;
@@ -200,6 +255,8 @@ const DatabaseState::Table &DatabaseState::table(const QString &name, const char
     q.finish();
     if (keyColumns == 1 && keyType.compare(u"INTEGER", Qt::CaseInsensitive) == 0)
         t.rowidAlias = keyColumn;
+    if (keyColumns == 1)
+        t.key = keyColumn;
     return m_tables.insert(key, t).value();
 }
 
@@ -211,6 +268,8 @@ FieldInfo DatabaseState::column(const QString &tableName, const QString &column,
 
 void DatabaseState::close()
 {
+    if (pg)
+        closeServer();
     if (!handle && connectionName.isEmpty())
         return;
     if (handle && !sqlite3_get_autocommit(handle)) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "data/fieldinfo.h"
+#include "data/jetsql.h"
 
+#include <memory>
 #include <QHash>
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -10,30 +12,62 @@
 #include <QStringList>
 
 struct sqlite3;
+struct pg_conn;
+struct pg_result;
+class Cursor;
 
 // What a Database shares with the recordsets opened on it, so that a recordset
 // outliving its database fails cleanly instead of touching a closed connection.
+// It speaks to one backend: the suite's SQLite files (handle, through Qt's driver
+// and SQLite's own interface) or a PostgreSQL server (pg, through libpq).
 class DatabaseState
 {
 public:
     struct Table
     {
+        QString name;       // as the schema writes it
         QString rowidAlias; // the INTEGER PRIMARY KEY column, empty when there is none
+        QString key;        // the primary key column (PostgreSQL rows are edited by it)
+        QString qualified;  // schema.table on the server
         QHash<QString, FieldInfo> columns; // by case-folded name
     };
 
-    QString path;
+    JetSql::Dialect dialect = JetSql::Dialect::Sqlite;
+    QString path; // the main file, or the server's connection as the INI gives it
     QStringList attached; // the paths of files attached to this connection
     QString connectionName;
     QSqlDatabase db;
     sqlite3 *handle = nullptr;
+    pg_conn *pg = nullptr;
     int busyTimeout = 0;
     int transactionDepth = 0;
     int lastFailure = 0; // SQLite's extended result code of the last failure
 
-    bool isOpen() const { return handle != nullptr; }
+    bool isOpen() const { return handle != nullptr || pg != nullptr; }
+    bool isServer() const { return dialect == JetSql::Dialect::Postgres; }
     void requireOpen(const char *source) const;
     QSqlQuery query() const;
+
+    // Runs a statement with ? markers and its values bound in order, on either backend.
+    // exec gives the number of rows changed; select the rows (also of INSERT ...
+    // RETURNING). Both throw CvError on failure, rolling back any transaction.
+    int exec(const QString &sql, const QVariantList &values, const char *source);
+    std::unique_ptr<Cursor> select(const QString &sql, const QVariantList &values,
+                                   const char *source);
+    // The column a row of the table is edited by: SQLite's rowid, the server's key.
+    QString rowid(const QString &table, const char *source);
+    // The AutoNumber the next row added to the table will take.
+    QVariant nextAutoNumber(const QString &table, const char *source);
+
+    // Connects to a PostgreSQL server (libpq's URI or key=value form) and reads its
+    // tables. Throws CvError naming what to fix when it cannot.
+    void openServer(const QString &conninfo);
+    void setLockTimeout(int ms);
+    // The server's failure as a CvError (the result is freed).
+    [[noreturn]] void failServer(pg_result *result, const char *source);
+    // The server's table by its object id, for the origin of a result column.
+    const Table *serverTable(unsigned oid) const;
+    QString serverColumn(unsigned oid, int number) const;
 
     // Runs one statement with its values bound in order; throws on failure.
     void run(QSqlQuery &q, const QString &sql, const QVariantList &values, const char *source);
@@ -54,5 +88,13 @@ public:
     QString files() const;
 
 private:
+    int execServer(const QString &sql, const QVariantList &values, const char *source);
+    std::unique_ptr<Cursor> selectServer(const QString &sql, const QVariantList &values,
+                                         const char *source);
+    void closeServer();
+    void loadServerTables();
+
     QHash<QString, Table> m_tables;
+    QHash<unsigned, QString> m_tableByOid;            // server only: oid -> folded name
+    QHash<quint64, QString> m_columnByNumber;         // server only: oid << 16 | attnum
 };

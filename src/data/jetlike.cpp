@@ -151,6 +151,71 @@ std::optional<QString> toSqlite(QStringView patternView, bool *escaped)
 
 namespace {
 
+// A character as the regular expression's literal, with its other cases when it is not
+// ASCII (the "C" collation's ~* folds ASCII only).
+QString regexLiteral(char32_t c, bool inList, bool otherCases = true)
+{
+    QString out;
+    auto one = [&](char32_t ch) {
+        if (isAscii(ch) && !QChar::isLetterOrNumber(ch) && ch != U' ')
+            out += u'\\';
+        out += QString::fromUcs4(&ch, 1);
+    };
+    one(c);
+    if (!isAscii(c) && otherCases) {
+        for (const char32_t other : {QChar::toUpper(c), QChar::toLower(c), QChar::toCaseFolded(c)}) {
+            if (!isAscii(other) && !out.contains(QString::fromUcs4(&other, 1)))
+                one(other);
+        }
+    }
+    if (out.size() > 1 && !inList && !(out.size() == 2 && out.at(0) == u'\\'))
+        out = u'[' + out + u']';
+    return out;
+}
+
+} // namespace
+
+QString toRegex(QStringView patternView)
+{
+    const Text pattern = patternView.toUcs4();
+    QString out = QStringLiteral("^");
+    for (qsizetype i = 0; i < pattern.size(); ++i) {
+        const char32_t c = pattern.at(i);
+        if (c == U'*') {
+            out += QStringLiteral(".*");
+        } else if (c == U'?') {
+            out += u'.';
+        } else if (c == U'#') {
+            out += QStringLiteral("[0-9]");
+        } else if (c == U'[') {
+            const qsizetype close = pattern.indexOf(U']', i + 1);
+            qsizetype j = i + 1;
+            i = close;
+            if (close == j) // []: nothing
+                continue;
+            QString list;
+            const bool negate = pattern.at(j) == U'!' && close - j > 1;
+            if (negate)
+                ++j;
+            for (; j < close; ++j) {
+                if (j + 2 < close && pattern.at(j + 1) == U'-') {
+                    list += regexLiteral(pattern.at(j), true, false) + u'-' +
+                            regexLiteral(pattern.at(j + 2), true, false);
+                    j += 2;
+                } else {
+                    list += regexLiteral(pattern.at(j), true);
+                }
+            }
+            out += (negate ? QStringLiteral("[^") : QStringLiteral("[")) + list + u']';
+        } else {
+            out += regexLiteral(c, false);
+        }
+    }
+    return out + u'$';
+}
+
+namespace {
+
 QString argument(sqlite3_value *value)
 {
     const auto *text = reinterpret_cast<const char *>(sqlite3_value_text(value));

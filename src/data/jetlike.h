@@ -28,6 +28,10 @@ bool matches(QStringView text, QStringView pattern);
 // some text: # and lists, and letters outside ASCII and NUL.
 std::optional<QString> toSqlite(QStringView pattern, bool *escaped);
 
+// The pattern as an anchored PostgreSQL regular expression for ~*, which folds ASCII
+// letters under the columns' "C" collation; other letters are listed in both cases.
+QString toRegex(QStringView pattern);
+
 // Makes "text MATCH pattern" run matches() on the connection.
 void registerMatch(sqlite3 *handle);
 

@@ -45,7 +45,7 @@ bool isWordChar(QChar c)
     return c.isLetterOrNumber() || c == u'_';
 }
 
-std::vector<Token> tokenize(const QString &jet)
+std::vector<Token> tokenize(const QString &jet, JetSql::Dialect dialect)
 {
     std::vector<Token> tokens;
     const qsizetype n = jet.size();
@@ -72,7 +72,7 @@ std::vector<Token> tokenize(const QString &jet)
                 syntaxError(QStringLiteral("Unterminated bracketed name"), jet);
             const QString name = jet.mid(i + 1, close - i - 1);
             i = close + 1;
-            push(Kind::Bracket, name, JetSql::quoteIdentifier(name));
+            push(Kind::Bracket, name, JetSql::quoteIdentifier(name, dialect));
         } else if (c == u'#') {
             const auto serial = JetLiteral::readDate(jet, &i);
             if (i == start)
@@ -128,11 +128,15 @@ bool isPunct(const Token &t, const char16_t *p)
 class Translator
 {
 public:
-    explicit Translator(const QString &jet) : m_jet(jet), m_t(tokenize(jet)) {}
+    Translator(const QString &jet, JetSql::Dialect dialect)
+        : m_jet(jet), m_dialect(dialect), m_t(tokenize(jet, dialect))
+    {
+    }
 
     JetSql::Translation run()
     {
         JetSql::Translation result;
+        result.dialect = m_dialect;
         const int first = next(-1);
         if (first < 0)
             return result;
@@ -142,6 +146,9 @@ public:
         result.isSimple = result.isSelect;
 
         std::vector<QString> pendingLimit(1);
+        // Per depth, the last token of the ORDER BY term being read (-1: none, -2: not
+        // in an ORDER BY).
+        std::vector<int> orderTerm(1, -2);
         int depth = 0;
         bool inSet = false;
         bool expectTarget = false;
@@ -149,11 +156,16 @@ public:
             Token &t = m_t[i];
             if (t.removed)
                 continue;
+            if (m_dialect == JetSql::Dialect::Postgres && t.kind != Kind::Space)
+                orderBy(i, depth, orderTerm);
             if (isPunct(t, u"(")) {
                 ++depth;
                 if (int(pendingLimit.size()) <= depth)
                     pendingLimit.resize(depth + 1);
+                if (int(orderTerm.size()) <= depth)
+                    orderTerm.resize(depth + 1);
                 pendingLimit[depth].clear();
+                orderTerm[depth] = -2;
                 continue;
             }
             if (isPunct(t, u")")) {
@@ -203,6 +215,8 @@ public:
         }
         if (!pendingLimit[0].isEmpty())
             m_limit = pendingLimit[0];
+        if (!orderTerm.empty())
+            endOrderTerm(orderTerm[0]);
 
         // Render, leaving out a trailing semicolon so that a LIMIT can follow.
         int last = int(m_t.size()) - 1;
@@ -244,6 +258,40 @@ public:
     }
 
 private:
+    // PostgreSQL sorts Nulls last; Jet and SQLite first. Each ORDER BY term gets its
+    // NULLS FIRST (NULLS LAST when descending) where it ends.
+    void orderBy(int i, int depth, std::vector<int> &orderTerm)
+    {
+        const Token &t = m_t[i];
+        int &term = orderTerm[depth];
+        if (isKeyword(t, u"ORDER") && is(at(next(i)), u"BY")) {
+            endOrderTerm(term);
+            term = -3; // the BY comes next
+            return;
+        }
+        if (term == -3) {
+            term = -1;
+            return;
+        }
+        if (term == -2)
+            return;
+        if (isPunct(t, u",") || isPunct(t, u")") || isPunct(t, u";") || isKeyword(t, u"LIMIT") ||
+            isKeyword(t, u"UNION") || isKeyword(t, u"OFFSET")) {
+            endOrderTerm(term);
+            term = isPunct(t, u",") ? -1 : -2;
+            return;
+        }
+        term = i;
+    }
+
+    void endOrderTerm(int term)
+    {
+        if (term < 0)
+            return;
+        m_t[term].out += is(m_t[term], u"DESC") ? QStringLiteral(" NULLS LAST")
+                                                 : QStringLiteral(" NULLS FIRST");
+    }
+
     const Token &at(int i) const
     {
         static const Token none{Kind::Space, QString(), QString()};
@@ -310,6 +358,9 @@ private:
     // is known (JetSql::bind).
     void like(int i)
     {
+        const bool postgres = m_dialect == JetSql::Dialect::Postgres;
+        if (postgres)
+            m_t[i].out = QStringLiteral("ILIKE");
         const int j = next(i);
         if (j >= 0 && isPunct(m_t[j], u"?")) {
             m_t[i].likeMarker = j;
@@ -321,6 +372,11 @@ private:
             syntaxError(QStringLiteral("A [ without its ] in a LIKE pattern"), m_jet);
         bool escaped = false;
         const auto pattern = JetLike::toSqlite(m_t[j].text, &escaped);
+        if (!pattern && postgres) {
+            m_t[i].out = QStringLiteral("~*");
+            m_t[j].out = sqlString(JetLike::toRegex(m_t[j].text));
+            return;
+        }
         if (!pattern) {
             m_t[i].out = QStringLiteral("MATCH");
             return;
@@ -336,7 +392,7 @@ private:
         Token &t = m_t[i];
         const bool qualified = isPunct(at(i - 1), u".") || isPunct(at(i + 1), u".");
         if (qualified) {
-            t.out = JetSql::quoteIdentifier(t.text);
+            t.out = JetSql::quoteIdentifier(t.text, m_dialect);
             return;
         }
         const int j = next(i);
@@ -346,9 +402,9 @@ private:
         } else if (is(t, u"FALSE")) {
             t.out = QStringLiteral("0");
         } else if ((is(t, u"ORDER") || is(t, u"GROUP")) && !is(after, u"BY")) {
-            t.out = JetSql::quoteIdentifier(t.text);
+            t.out = JetSql::quoteIdentifier(t.text, m_dialect);
         } else if ((is(t, u"DATE") || is(t, u"TIME")) && !isPunct(after, u"(")) {
-            t.out = JetSql::quoteIdentifier(t.text);
+            t.out = JetSql::quoteIdentifier(t.text, m_dialect);
         }
     }
 
@@ -395,28 +451,31 @@ private:
     }
 
     const QString m_jet;
+    const JetSql::Dialect m_dialect;
     std::vector<Token> m_t;
     QString m_limit;
 };
 
 } // namespace
 
-QString JetSql::translate(const QString &jetSql)
+QString JetSql::translate(const QString &jetSql, Dialect dialect)
 {
-    return translation(jetSql)->sql;
+    return translation(jetSql, dialect)->sql;
 }
 
-std::shared_ptr<const JetSql::Translation> JetSql::translation(const QString &jetSql)
+std::shared_ptr<const JetSql::Translation> JetSql::translation(const QString &jetSql,
+                                                               Dialect dialect)
 {
     static QMutex mutex;
-    static QHash<QString, std::shared_ptr<const Translation>> cache;
+    static QHash<QString, std::shared_ptr<const Translation>> caches[2];
+    auto &cache = caches[dialect == Dialect::Postgres ? 1 : 0];
     {
         QMutexLocker lock(&mutex);
         const auto it = cache.constFind(jetSql);
         if (it != cache.constEnd())
             return it.value();
     }
-    auto result = std::make_shared<const Translation>(Translator(jetSql).run());
+    auto result = std::make_shared<const Translation>(Translator(jetSql, dialect).run());
     QMutexLocker lock(&mutex);
     // Statements that embed identifiers vary without end; keep the cache bounded.
     if (cache.size() >= 4096)
@@ -443,6 +502,13 @@ QString JetSql::bind(const Translation &t, QVariantList &values, qsizetype *from
             if (!escaped)
                 continue;
             sql.insert(at, edit);
+        } else if (t.dialect == Dialect::Postgres) {
+            values[it->parameter] = JetLike::toRegex(pattern);
+            at = it->operatorAt;
+            sql.replace(at, 5, QStringLiteral("~*")); // ILIKE
+            if (fromPos && *fromPos > at)
+                *fromPos -= 3;
+            continue;
         } else {
             at = it->operatorAt;
             edit = QStringLiteral("MATCH");
@@ -475,9 +541,9 @@ QString JetSql::likeLiteral(const QString &value)
     return out;
 }
 
-QString JetSql::quoteIdentifier(const QString &name)
+QString JetSql::quoteIdentifier(const QString &name, Dialect dialect)
 {
-    QString s = name;
+    QString s = dialect == Dialect::Postgres ? name.toLower() : name;
     s.replace(u'"', QStringLiteral("\"\""));
     return u'"' + s + u'"';
 }

@@ -6,10 +6,9 @@
 #include "data/findcriterion.h"
 #include "data/jetsql.h"
 #include "data/jetvalue.h"
-#include "data/sqlitestatement.h"
+#include "data/cursor.h"
 
 #include <QHash>
-#include <QSqlQuery>
 
 namespace {
 
@@ -21,6 +20,12 @@ constexpr size_t ChunkSize = size_t(1) << ChunkBits;
 bool isIntegral(JetType t)
 {
     return t == JetType::AutoNumber || t == JetType::Long || t == JetType::Short;
+}
+
+// The SELECT with one more column read before its FROM.
+QString withColumn(const QString &sql, qsizetype fromPos, const QString &column)
+{
+    return sql.left(fromPos) + QStringLiteral(", ") + column + u' ' + sql.mid(fromPos);
 }
 
 [[noreturn]] void noCurrentRecord()
@@ -90,13 +95,13 @@ void Recordset::load(const QString &source, QVariantList values)
         QString table = trimmed;
         if (table.startsWith(u'[') && table.endsWith(u']'))
             table = table.mid(1, table.size() - 2);
-        qualifier = JetSql::quoteIdentifier(table);
+        qualifier = JetSql::quoteIdentifier(table, s.dialect);
         sql = QStringLiteral("SELECT * ");
         fromPos = sql.size();
-        sql += QStringLiteral("FROM %1 ORDER BY _rowid_").arg(qualifier);
+        sql += QStringLiteral("FROM %1 ORDER BY %2").arg(qualifier, s.rowid(table, Source));
         updateTable = table;
     } else {
-        const auto tr = JetSql::translation(trimmed);
+        const auto tr = JetSql::translation(trimmed, s.dialect);
         if (!tr->isSelect)
             throw CvError(CvError::SqlError, Source,
                           QStringLiteral("A recordset needs a SELECT statement: ") + trimmed);
@@ -107,30 +112,42 @@ void Recordset::load(const QString &source, QVariantList values)
         if (tr->isSimple && from >= 0) {
             updateTable = tr->fromTable;
             fromPos = from;
-            qualifier =
-                JetSql::quoteIdentifier(tr->fromAlias.isEmpty() ? tr->fromTable : tr->fromAlias);
+            qualifier = JetSql::quoteIdentifier(
+                tr->fromAlias.isEmpty() ? tr->fromTable : tr->fromAlias, s.dialect);
         }
     }
     if (m_kind == Snapshot)
         updateTable.clear();
 
-    SqliteStatement st(s, sql, values, Source);
-    const int columns = st.columnCount();
+    // A server has no rowid: its rows are edited by their key, always read as an extra
+    // column so that the statement runs once.
+    const bool keyColumn = s.isServer() && !updateTable.isEmpty();
+    std::unique_ptr<Cursor> st = s.select(
+        keyColumn ? withColumn(sql, fromPos, qualifier + u'.' + s.rowid(updateTable, Source))
+                  : sql,
+        values, Source);
+    const int columns = st->columnCount() - (keyColumn ? 1 : 0);
     m_fields.clear();
     m_fields.reserve(columns);
     for (int i = 0; i < columns; ++i) {
-        const QString table = st.originTable(i), origin = st.originColumn(i);
+        const QString table = st->originTable(i), origin = st->originColumn(i);
         FieldInfo f;
         if (!table.isEmpty() && !origin.isEmpty())
             f = s.column(table, origin, Source);
-        f.name = st.name(i);
+        f.name = st->name(i);
+        // The server folds names to lower case; a column read as it is keeps the
+        // schema's spelling.
+        if (s.isServer() && f.name == f.column.toLower())
+            f.name = f.column;
         m_fields.push_back(f);
     }
 
     // Edits address rows by rowid: the table's own key when the rows carry it,
     // else an extra hidden column.
     m_d->updateTable = updateTable;
-    if (!updateTable.isEmpty()) {
+    if (keyColumn) {
+        m_d->rowidCell = columns;
+    } else if (!updateTable.isEmpty()) {
         const QString alias = s.table(updateTable, Source).rowidAlias;
         for (int i = 0; i < columns && !alias.isEmpty(); ++i) {
             if (m_d->updatable(m_fields[i]) &&
@@ -140,24 +157,20 @@ void Recordset::load(const QString &source, QVariantList values)
             }
         }
         if (m_d->rowidCell < 0) {
-            st.prepare(sql.left(fromPos) + QStringLiteral(", %1._rowid_ ").arg(qualifier) +
-                           sql.mid(fromPos),
-                       values);
+            st = s.select(withColumn(sql, fromPos, qualifier + QStringLiteral("._rowid_")), values,
+                          Source);
             m_d->rowidCell = columns;
         }
-        for (int i = 0; i < columns; ++i) {
-            if (m_fields[i].autoNumber && m_d->updatable(m_fields[i]))
-                m_d->autoField = i;
-        }
+    }
+    for (int i = 0; i < columns && !updateTable.isEmpty(); ++i) {
+        if (m_fields[i].autoNumber && m_d->updatable(m_fields[i]))
+            m_d->autoField = i;
     }
     m_width = m_d->rowidCell == columns ? columns + 1 : columns;
 
-    const auto take = [this](auto &&...value) {
-        appendCell(std::forward<decltype(value)>(value)...);
-    };
-    for (; st.next(); ++m_rows) {
+    for (; st->next(); ++m_rows) {
         for (int c = 0; c < m_width; ++c)
-            st.read(c, take);
+            appendCell(st->value(c));
     }
 
     m_deleted.assign(m_rows, false);
@@ -380,16 +393,7 @@ void Recordset::addNew()
     // Jet numbers a new row when it is begun, and callers rely on that: reserve
     // the number the insert will take.
     if (m_d->autoField >= 0) {
-        DatabaseState &s = *m_db;
-        QSqlQuery q = s.query();
-        s.run(q,
-              QStringLiteral("SELECT max(coalesce((SELECT seq FROM sqlite_sequence WHERE name = ? "
-                             "COLLATE NOCASE), 0), coalesce((SELECT max(_rowid_) FROM %1), 0)) "
-                             "+ 1")
-                  .arg(JetSql::quoteIdentifier(m_d->updateTable)),
-              {m_d->updateTable}, Source);
-        if (q.next())
-            m_buffer[m_d->autoField] = q.value(0);
+        m_buffer[m_d->autoField] = m_db->nextAutoNumber(m_d->updateTable, Source);
         m_changed[m_d->autoField] = true;
     }
     m_editMode = EditAdd;
@@ -433,7 +437,8 @@ void Recordset::update()
         notEditing();
     m_db->requireOpen(Source);
     DatabaseState &s = *m_db;
-    const QString table = JetSql::quoteIdentifier(m_d->updateTable);
+    const QString table = JetSql::quoteIdentifier(m_d->updateTable, s.dialect);
+    const QString rowid = s.rowid(m_d->updateTable, Source);
 
     // Only the update table's own columns are written; a value set on a field
     // of a joined table stays in this recordset.
@@ -441,49 +446,38 @@ void Recordset::update()
     QVariantList values;
     for (int i = 0; i < fieldCount(); ++i) {
         if (m_changed[i] && m_d->updatable(m_fields[i])) {
-            columns << JetSql::quoteIdentifier(m_fields[i].column);
+            columns << JetSql::quoteIdentifier(m_fields[i].column, s.dialect);
             values << m_buffer[i];
         }
     }
 
-    QSqlQuery q = s.query();
     if (m_editMode == EditAdd) {
-        if (columns.isEmpty()) {
-            s.run(q, QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(table), {}, Source);
-        } else {
-            const QStringList marks(columns.size(), QStringLiteral("?"));
-            s.run(q,
-                  QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                      .arg(table, columns.join(u", "), marks.join(u", ")),
-                  values, Source);
-        }
-        const qint64 rowid = q.lastInsertId().toLongLong();
-
-        // Read the row back for its defaults.
-        QStringList read;
+        // The row comes back with its key and its defaults.
+        QStringList read{rowid};
         std::vector<int> readFields;
         for (int i = 0; i < fieldCount(); ++i) {
             if (m_d->updatable(m_fields[i])) {
-                read << JetSql::quoteIdentifier(m_fields[i].column);
+                read << JetSql::quoteIdentifier(m_fields[i].column, s.dialect);
                 readFields.push_back(i);
             }
         }
+        const QString returning = QStringLiteral(" RETURNING ") + read.join(u", ");
+        const QStringList marks(columns.size(), QStringLiteral("?"));
+        const std::unique_ptr<Cursor> added = s.select(
+            columns.isEmpty() ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(table) + returning
+                              : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                                        .arg(table, columns.join(u", "), marks.join(u", ")) +
+                                    returning,
+            values, Source);
         std::vector<QVariant> row = m_buffer;
         row.resize(m_width);
-        if (!read.isEmpty()) {
-            QSqlQuery r = s.query();
-            s.run(
-                r,
-                QStringLiteral("SELECT %1 FROM %2 WHERE _rowid_ = ?").arg(read.join(u", "), table),
-                {rowid}, Source);
-            if (r.next()) {
-                for (size_t k = 0; k < readFields.size(); ++k) {
-                    QVariant v = r.value(int(k));
-                    row[readFields[k]] = v.isNull() ? QVariant() : v;
-                }
-            }
+        qint64 key = 0;
+        if (added->next()) {
+            key = added->integer(0);
+            row[m_d->rowidCell] = added->value(0);
+            for (size_t k = 0; k < readFields.size(); ++k)
+                row[readFields[k]] = added->value(int(k) + 1);
         }
-        row[m_d->rowidCell] = rowid;
         for (QVariant &v : row)
             appendCell(std::move(v));
         m_deleted.push_back(false);
@@ -492,7 +486,7 @@ void Recordset::update()
             m_pos = m_rows + 1;
         ++m_rows;
         m_lastModified = m_rows - 1;
-        m_lastInsertId = rowid;
+        m_lastInsertId = key;
     } else {
         const int rowIndex = currentRow();
         if (!columns.isEmpty()) {
@@ -500,10 +494,9 @@ void Recordset::update()
             for (const QString &c : columns)
                 sets << c + QStringLiteral(" = ?");
             values << cell(rowIndex, m_d->rowidCell);
-            s.run(q,
-                  QStringLiteral("UPDATE %1 SET %2 WHERE _rowid_ = ?").arg(table, sets.join(u", ")),
-                  values, Source);
-            if (q.numRowsAffected() == 0)
+            if (s.exec(QStringLiteral("UPDATE %1 SET %2 WHERE %3 = ?")
+                           .arg(table, sets.join(u", "), rowid),
+                       values, Source) == 0)
                 throw CvError(CvError::RecordDeleted, Source,
                               QStringLiteral("Record is deleted: another program removed it."));
             for (int i = 0; i < fieldCount(); ++i) {
@@ -532,11 +525,10 @@ void Recordset::remove()
     m_editMode = EditNone;
     const int row = currentRow();
     DatabaseState &s = *m_db;
-    QSqlQuery q = s.query();
-    s.run(q,
-          QStringLiteral("DELETE FROM %1 WHERE _rowid_ = ?")
-              .arg(JetSql::quoteIdentifier(m_d->updateTable)),
-          {cell(row, m_d->rowidCell)}, Source);
+    s.exec(QStringLiteral("DELETE FROM %1 WHERE %2 = ?")
+               .arg(JetSql::quoteIdentifier(m_d->updateTable, s.dialect),
+                    s.rowid(m_d->updateTable, Source)),
+           {cell(row, m_d->rowidCell)}, Source);
     m_deleted[row] = true;
     ++m_deletedCount;
     m_d->indexedField = -1;

@@ -4,7 +4,8 @@
 #include "data/database.h"
 #include "data/jetsql.h"
 #include "data/jetvalue.h"
-#include "data/sqlitestatement.h"
+#include "data/cursor.h"
+#include "data/databasestate.h"
 
 namespace {
 constexpr const char *Source = "RowReader";
@@ -13,7 +14,7 @@ constexpr const char *Source = "RowReader";
 RowReader::RowReader(Database &db, const QString &jetSql, const QVariantList &values)
     : m_state(db.m_state)
 {
-    const auto translation = JetSql::translation(jetSql.trimmed());
+    const auto translation = JetSql::translation(jetSql.trimmed(), m_state->dialect);
     if (!translation->isSelect)
         throw CvError(CvError::SqlError, Source,
                       QStringLiteral("Rows are read from a SELECT statement: ") + jetSql);
@@ -22,7 +23,7 @@ RowReader::RowReader(Database &db, const QString &jetSql, const QVariantList &va
     for (const QVariant &v : values)
         bound << JetValue::toParameter(v);
     const QString sql = JetSql::bind(*translation, bound);
-    m_statement = std::make_unique<SqliteStatement>(*m_state, sql, bound, Source);
+    m_statement = m_state->select(sql, bound, Source);
 }
 
 RowReader::~RowReader() = default;

@@ -6,7 +6,7 @@
 
 class Database;
 class DatabaseState;
-class SqliteStatement;
+class Cursor;
 
 // Reads the rows of a Jet SELECT once, front to back, keeping none of them: for lists
 // that run to 100,000 rows, where a Recordset's cells (a QVariant each, kept for moving
@@ -29,5 +29,5 @@ public:
 
 private:
     std::shared_ptr<DatabaseState> m_state; // the connection stays open while reading
-    std::unique_ptr<SqliteStatement> m_statement;
+    std::unique_ptr<Cursor> m_statement;
 };

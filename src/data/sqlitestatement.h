@@ -1,5 +1,7 @@
 #pragma once
 
+#include "data/cursor.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QVariantList>
@@ -12,7 +14,7 @@ class DatabaseState;
 // SQLite: Qt's result cache would copy every value once more, and name lists run to
 // 100,000 rows. Values bind as Qt's driver binds them for Database::execute, text as
 // UTF-8 (so that a column holds exactly what QString::toUtf8 makes of it).
-class SqliteStatement
+class SqliteStatement final : public Cursor
 {
 public:
     SqliteStatement(DatabaseState &state, const QString &sql, const QVariantList &values,
@@ -25,23 +27,33 @@ public:
     // differs from the number of ? markers.
     void prepare(const QString &sql, const QVariantList &values);
 
-    int columnCount() const { return sqlite3_column_count(m_stmt); }
-    QString name(int column) const;
-    // The table and column a result column reads, empty for an expression.
-    QString originTable(int column) const;
-    QString originColumn(int column) const;
+    int columnCount() const override { return sqlite3_column_count(m_stmt); }
+    QString name(int column) const override;
+    QString originTable(int column) const override;
+    QString originColumn(int column) const override;
 
-    // Moves to the next row; false past the last. Throws CvError on failure.
-    bool next();
+    bool next() override;
 
-    // A column of the current row read as one type, Null as 0 or empty text.
-    bool isNull(int column) const { return sqlite3_column_type(m_stmt, column) == SQLITE_NULL; }
-    qint64 integer(int column) const { return sqlite3_column_int64(m_stmt, column); }
-    QString text(int column) const
+    bool isNull(int column) const override
+    {
+        return sqlite3_column_type(m_stmt, column) == SQLITE_NULL;
+    }
+    qint64 integer(int column) const override { return sqlite3_column_int64(m_stmt, column); }
+    QString text(int column) const override
     {
         return QString::fromUtf8(
             reinterpret_cast<const char *>(sqlite3_column_text(m_stmt, column)),
             sqlite3_column_bytes(m_stmt, column));
+    }
+
+    QVariant value(int column) const override
+    {
+        QVariant v;
+        read(column, [&v](auto &&...x) {
+            if constexpr (sizeof...(x) > 0)
+                v = QVariant::fromValue(x...);
+        });
+        return v;
     }
 
     // Passes the value of a column of the current row to take, as SQLite holds it:

@@ -1,0 +1,462 @@
+// The PostgreSQL side of DatabaseState: one libpq connection holding both of the suite's
+// data sets (schemas farm and wage), statements with their values bound, rows read
+// straight from libpq's result, and the server's failures as the suite's errors.
+#include "data/databasestate.h"
+
+#include "core/cverror.h"
+#include "data/cursor.h"
+
+#include <charconv>
+#include <libpq-fe.h>
+#include <vector>
+
+namespace {
+
+const char *const Source = "Database";
+
+// Type oids of the server's built-in types (pg_type.h).
+constexpr Oid BoolOid = 16, ByteaOid = 17, Int8Oid = 20, Int2Oid = 21, Int4Oid = 23, OidOid = 26,
+              Float4Oid = 700, Float8Oid = 701, NumericOid = 1700;
+
+struct ResultDeleter
+{
+    void operator()(PGresult *r) const { PQclear(r); }
+};
+using Result = std::unique_ptr<PGresult, ResultDeleter>;
+
+QString serverText(const char *text)
+{
+    return QString::fromUtf8(text).trimmed();
+}
+
+// The statement with its ? markers numbered as the server wants them ($1, $2, ...);
+// markers inside quotes are text.
+QByteArray numberMarkers(const QString &sql)
+{
+    QString out;
+    out.reserve(sql.size() + 16);
+    int marker = 0;
+    QChar quote;
+    for (const QChar c : sql) {
+        if (!quote.isNull()) {
+            if (c == quote)
+                quote = QChar();
+        } else if (c == u'\'' || c == u'"') {
+            quote = c;
+        } else if (c == u'?') {
+            out += u'$' + QString::number(++marker);
+            continue;
+        }
+        out += c;
+    }
+    return out.toUtf8();
+}
+
+// Values as libpq takes them: numbers typed, so that they compare as numbers; text of
+// unknown type, so that it takes the column's type (citext compares without case);
+// bytes in binary.
+struct Parameters
+{
+    std::vector<QByteArray> data;
+    std::vector<const char *> values;
+    std::vector<int> lengths;
+    std::vector<int> formats;
+    std::vector<Oid> types;
+
+    explicit Parameters(const QVariantList &list)
+    {
+        const auto n = std::size_t(list.size());
+        data.resize(n);
+        values.resize(n, nullptr);
+        lengths.resize(n, 0);
+        formats.resize(n, 0);
+        types.resize(n, 0);
+        for (std::size_t i = 0; i < n; ++i) {
+            const QVariant &v = list.at(qsizetype(i));
+            if (v.isNull())
+                continue;
+            switch (v.metaType().id()) {
+            case QMetaType::Bool:
+                data[i] = v.toBool() ? "-1" : "0";
+                types[i] = Int8Oid;
+                break;
+            case QMetaType::Int:
+            case QMetaType::UInt:
+            case QMetaType::LongLong:
+            case QMetaType::ULongLong:
+            case QMetaType::Short:
+            case QMetaType::UShort:
+            case QMetaType::Long:
+            case QMetaType::ULong:
+                data[i] = QByteArray::number(v.toLongLong());
+                types[i] = Int8Oid;
+                break;
+            case QMetaType::Double:
+            case QMetaType::Float:
+                data[i] = QByteArray::number(v.toDouble(), 'g', 17);
+                types[i] = Float8Oid;
+                break;
+            case QMetaType::QByteArray:
+                data[i] = v.toByteArray();
+                formats[i] = 1;
+                types[i] = ByteaOid;
+                break;
+            default:
+                data[i] = v.toString().toUtf8();
+                break;
+            }
+            values[i] = data[i].constData();
+            lengths[i] = int(data[i].size());
+        }
+    }
+};
+
+class ServerCursor final : public Cursor
+{
+public:
+    ServerCursor(const DatabaseState &state, Result result)
+        : m_state(state), m_result(std::move(result)), m_rows(PQntuples(m_result.get()))
+    {
+        const int n = PQnfields(m_result.get());
+        m_types.reserve(std::size_t(n));
+        for (int i = 0; i < n; ++i)
+            m_types.push_back(PQftype(m_result.get(), i));
+    }
+
+    int columnCount() const override { return int(m_types.size()); }
+    QString name(int column) const override
+    {
+        return QString::fromUtf8(PQfname(m_result.get(), column));
+    }
+    QString originTable(int column) const override
+    {
+        const DatabaseState::Table *t = m_state.serverTable(PQftable(m_result.get(), column));
+        return t ? t->name : QString();
+    }
+    QString originColumn(int column) const override
+    {
+        return m_state.serverColumn(PQftable(m_result.get(), column),
+                                    PQftablecol(m_result.get(), column));
+    }
+
+    bool next() override { return ++m_row < m_rows; }
+
+    bool isNull(int column) const override
+    {
+        return PQgetisnull(m_result.get(), m_row, column) != 0;
+    }
+    qint64 integer(int column) const override
+    {
+        const char *p = PQgetvalue(m_result.get(), m_row, column);
+        qint64 v = 0;
+        std::from_chars(p, p + PQgetlength(m_result.get(), m_row, column), v);
+        return v;
+    }
+    QString text(int column) const override
+    {
+        return QString::fromUtf8(PQgetvalue(m_result.get(), m_row, column),
+                                 PQgetlength(m_result.get(), m_row, column));
+    }
+    QVariant value(int column) const override
+    {
+        if (isNull(column))
+            return QVariant();
+        const char *p = PQgetvalue(m_result.get(), m_row, column);
+        const int length = PQgetlength(m_result.get(), m_row, column);
+        switch (m_types[std::size_t(column)]) {
+        case BoolOid:
+            return qint64(*p == 't' ? 1 : 0);
+        case Int2Oid:
+        case Int4Oid:
+        case Int8Oid:
+        case OidOid:
+            return integer(column);
+        case NumericOid:
+            if (QByteArrayView(p, length).contains('.') || QByteArrayView(p, length).contains('e'))
+                return QByteArray(p, length).toDouble();
+            return integer(column);
+        case Float4Oid:
+        case Float8Oid:
+            return QByteArray(p, length).toDouble();
+        case ByteaOid: {
+            size_t size = 0;
+            unsigned char *bytes =
+                PQunescapeBytea(reinterpret_cast<const unsigned char *>(p), &size);
+            QByteArray out(reinterpret_cast<const char *>(bytes), qsizetype(size));
+            PQfreemem(bytes);
+            return out;
+        }
+        default:
+            return text(column);
+        }
+    }
+
+    int rowsAffected() const { return QByteArray(PQcmdTuples(m_result.get())).toInt(); }
+
+private:
+    const DatabaseState &m_state;
+    Result m_result;
+    int m_rows;
+    int m_row = -1;
+    std::vector<Oid> m_types;
+};
+
+// A column comment made by cvsuite: the column as the suite's schema declares it,
+// `Name TYPE` or `"Two Words" TYPE`.
+void readDeclared(const QString &comment, QString *name, QString *declared)
+{
+    const QString c = comment.trimmed();
+    if (c.startsWith(u'"')) {
+        const qsizetype close = c.indexOf(u'"', 1);
+        if (close > 0) {
+            *name = c.mid(1, close - 1);
+            *declared = c.mid(close + 1).trimmed();
+        }
+        return;
+    }
+    const qsizetype space = c.indexOf(u' ');
+    if (space > 0) {
+        *name = c.left(space);
+        *declared = c.mid(space + 1).trimmed();
+    }
+}
+
+// A column without the comment (a table made by hand) is typed by its server type.
+QString declaredForServerType(const QString &type)
+{
+    if (type == u"int2")
+        return QStringLiteral("SHORT");
+    if (type == u"int4" || type == u"int8")
+        return QStringLiteral("LONG");
+    if (type == u"float4")
+        return QStringLiteral("SINGLE");
+    if (type == u"float8")
+        return QStringLiteral("DOUBLE");
+    return QStringLiteral("MEMO");
+}
+
+// What the connection failure says to fix, from libpq's message.
+QString connectAdvice(const QString &message)
+{
+    const QString m = message.toLower();
+    if (m.contains(u"database") && m.contains(u"does not exist"))
+        return QStringLiteral("The database named in the setting does not exist on the server. "
+                              "Check its name, or ask whoever runs the server to create it.");
+    if (m.contains(u"password") || m.contains(u"authentication") ||
+        (m.contains(u"role") && m.contains(u"does not exist")))
+        return QStringLiteral(
+            "The server refused the login. Check the user name in the setting, and put the "
+            "password in the PostgreSQL password file (pgpass) or service file of this "
+            "computer's user, never in the INI file.");
+    return QStringLiteral("The server could not be reached. Check that it is running, that this "
+                          "computer can reach it over the network, and the server's address in "
+                          "the setting.");
+}
+
+} // namespace
+
+void DatabaseState::openServer(const QString &conninfo)
+{
+    dialect = JetSql::Dialect::Postgres;
+    path = conninfo;
+    const QByteArray info = conninfo.toUtf8();
+
+    char *parseError = nullptr;
+    PQconninfoOption *options = PQconninfoParse(info.constData(), &parseError);
+    if (!options) {
+        const QString why = parseError ? serverText(parseError) : QString();
+        PQfreemem(parseError);
+        throw CvError(CvError::CannotOpenDatabase, Source,
+                      QStringLiteral("The database server setting '%1' cannot be read (%2). Write "
+                                     "it as postgresql://host/database or service=name.")
+                          .arg(conninfo, why));
+    }
+    bool hasPassword = false;
+    for (PQconninfoOption *o = options; o->keyword; ++o)
+        hasPassword = hasPassword || (qstrcmp(o->keyword, "password") == 0 && o->val && *o->val);
+    PQconninfoFree(options);
+    if (hasPassword)
+        throw CvError(CvError::CannotOpenDatabase, Source,
+                      QStringLiteral("The database server setting holds a password. Take it out: "
+                                     "the INI file is read by every user of the suite. Put it in "
+                                     "the PostgreSQL password file (pgpass) of this computer's "
+                                     "user instead."));
+
+    // A connect timeout the setting may override; the text always as UTF-8.
+    const char *const keys[] = {"connect_timeout", "fallback_application_name", "dbname",
+                                "client_encoding", nullptr};
+    const char *const values[] = {"10", "corvane", info.constData(), "UTF8", nullptr};
+    pg = PQconnectdbParams(keys, values, 1);
+    if (!pg || PQstatus(pg) != CONNECTION_OK) {
+        const QString message = pg ? serverText(PQerrorMessage(pg)) : QStringLiteral("no memory");
+        closeServer();
+        throw CvError(CvError::CannotOpenDatabase, Source,
+                      QStringLiteral("Could not open the books on the database server '%1'. %2 "
+                                     "(The server said: %3)")
+                          .arg(conninfo, connectAdvice(message), message));
+    }
+    try {
+        exec(QStringLiteral("SET search_path TO farm, wage"), {}, Source);
+        setLockTimeout(busyTimeout);
+        loadServerTables();
+    } catch (...) {
+        closeServer();
+        throw;
+    }
+}
+
+void DatabaseState::setLockTimeout(int ms)
+{
+    exec(QStringLiteral("SELECT set_config('lock_timeout', ?, false)"),
+         {QString::number(qMax(ms, 1)) + QStringLiteral("ms")}, Source);
+}
+
+void DatabaseState::loadServerTables()
+{
+    std::unique_ptr<Cursor> rows = select(QStringLiteral(R"(
+SELECT c.oid, n.nspname, c.relname, coalesce(obj_description(c.oid, 'pg_class'), ''), a.attnum,
+       a.attname, coalesce(col_description(c.oid, a.attnum), ''), t.typname, a.attnotnull,
+       a.attidentity <> '', EXISTS (SELECT 1 FROM pg_index i WHERE i.indrelid = c.oid
+                                    AND i.indisprimary AND a.attnum = ANY (i.indkey))
+FROM pg_class c
+JOIN pg_namespace n ON n.oid = c.relnamespace
+JOIN pg_attribute a ON a.attrelid = c.oid AND a.attnum > 0 AND NOT a.attisdropped
+JOIN pg_type t ON t.oid = a.atttypid
+WHERE n.nspname IN ('farm', 'wage') AND c.relkind = 'r'
+ORDER BY c.oid, a.attnum)"),
+                                          {}, Source);
+    bool farm = false, wage = false;
+    while (rows->next()) {
+        const auto oid = unsigned(rows->integer(0));
+        const QString schema = rows->text(1);
+        farm = farm || schema == u"farm";
+        wage = wage || schema == u"wage";
+        QString tableName = rows->text(3);
+        if (tableName.isEmpty())
+            tableName = rows->text(2);
+        const QString folded = tableName.toCaseFolded();
+        Table &t = m_tables[folded];
+        if (t.name.isEmpty()) {
+            t.name = tableName;
+            t.qualified = schema + u'.' + JetSql::quoteIdentifier(rows->text(2));
+            m_tableByOid.insert(oid, folded);
+        }
+        QString column = rows->text(5), declared;
+        readDeclared(rows->text(6), &column, &declared);
+        if (declared.isEmpty())
+            declared = declaredForServerType(rows->text(7));
+        FieldInfo f;
+        f.name = column;
+        f.table = t.name;
+        f.column = column;
+        f.type = jetTypeFromDeclared(declared, &f.size);
+        f.required = rows->text(8) == u"t";
+        if (rows->text(9) == u"t") {
+            f.type = JetType::AutoNumber;
+            f.autoNumber = true;
+        }
+        if (rows->text(10) == u"t")
+            t.key = column;
+        t.columns.insert(column.toCaseFolded(), f);
+        m_columnByNumber.insert(quint64(oid) << 16 | quint64(rows->integer(4)), column);
+    }
+    if (!farm || !wage)
+        throw CvError(CvError::CannotOpenDatabase, Source,
+                      QStringLiteral("The database on the server (%1) holds no books of the suite: "
+                                     "the schema '%2' with its tables is missing. Make the books "
+                                     "there with cvsuite (see the README, \"An office on a "
+                                     "server\"), or correct the setting.")
+                          .arg(path, farm ? QStringLiteral("wage") : QStringLiteral("farm")));
+}
+
+const DatabaseState::Table *DatabaseState::serverTable(unsigned oid) const
+{
+    const auto name = m_tableByOid.constFind(oid);
+    if (name == m_tableByOid.constEnd())
+        return nullptr;
+    const auto t = m_tables.constFind(name.value());
+    return t == m_tables.constEnd() ? nullptr : &t.value();
+}
+
+QString DatabaseState::serverColumn(unsigned oid, int number) const
+{
+    return m_columnByNumber.value(quint64(oid) << 16 | quint64(number));
+}
+
+std::unique_ptr<Cursor> DatabaseState::selectServer(const QString &sql, const QVariantList &values,
+                                                    const char *source)
+{
+    requireOpen(source);
+    const Parameters p(values);
+    Result r(PQexecParams(pg, numberMarkers(sql).constData(), int(p.values.size()),
+                          p.types.data(), p.values.data(), p.lengths.data(), p.formats.data(), 0));
+    const ExecStatusType status = r ? PQresultStatus(r.get()) : PGRES_FATAL_ERROR;
+    if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK)
+        failServer(r.release(), source);
+    return std::make_unique<ServerCursor>(*this, std::move(r));
+}
+
+int DatabaseState::execServer(const QString &sql, const QVariantList &values, const char *source)
+{
+    const std::unique_ptr<Cursor> rows = selectServer(sql, values, source);
+    return static_cast<const ServerCursor &>(*rows).rowsAffected();
+}
+
+void DatabaseState::failServer(pg_result *failed, const char *source)
+{
+    const Result result(failed);
+    const QString state =
+        result ? QString::fromLatin1(PQresultErrorField(result.get(), PG_DIAG_SQLSTATE))
+               : QString();
+    QString message = result ? serverText(PQresultErrorField(result.get(), PG_DIAG_MESSAGE_PRIMARY))
+                             : QString();
+    if (message.isEmpty())
+        message = serverText(PQerrorMessage(pg));
+    lastFailure = 0;
+    // A transaction left open would refuse every later statement.
+    if (PQstatus(pg) == CONNECTION_OK && PQtransactionStatus(pg) != PQTRANS_IDLE)
+        Result(PQexec(pg, "ROLLBACK"));
+    transactionDepth = 0;
+    const bool lost = PQstatus(pg) != CONNECTION_OK || state.startsWith(u"08") ||
+                      state.startsWith(u"57P");
+    if (lost) {
+        // The next try starts on a fresh connection, with the session as it was.
+        PQreset(pg);
+        if (PQstatus(pg) == CONNECTION_OK) {
+            Result(PQexec(pg, "SET search_path TO farm, wage"));
+            Result(PQexec(pg, QByteArray("SET lock_timeout = " + QByteArray::number(busyTimeout))
+                                  .constData()));
+        }
+        throw CvError(CvError::DiskOrNetworkError, source,
+                      QStringLiteral("The connection to the database server (%1) failed (%2).")
+                          .arg(path, message));
+    }
+    if (state == u"55P03" || state == u"40P01" || state == u"40001" || state == u"57014")
+        throw CvError(CvError::DatabaseLocked, source,
+                      QStringLiteral("Another user of %1 kept the rows this needs locked longer "
+                                     "than this program waits (%2 s: %3).")
+                          .arg(files(), QString::number(busyTimeout / 1000.0), message));
+    if (state.startsWith(u"53"))
+        throw CvError(CvError::DiskFull, source,
+                      QStringLiteral("The database server (%1) is out of room (%2).")
+                          .arg(path, message));
+    if (state == u"42501" || state == u"25006")
+        throw CvError(CvError::FileReadOnly, source,
+                      QStringLiteral("The database server (%1) does not let this user change the "
+                                     "books (%2).")
+                          .arg(path, message));
+    throw CvError(CvError::SqlError, source, message);
+}
+
+void DatabaseState::closeServer()
+{
+    if (pg && PQstatus(pg) == CONNECTION_OK && PQtransactionStatus(pg) != PQTRANS_IDLE)
+        Result(PQexec(pg, "ROLLBACK"));
+    if (pg)
+        PQfinish(pg);
+    pg = nullptr;
+    transactionDepth = 0;
+    m_tables.clear();
+    m_tableByOid.clear();
+    m_columnByNumber.clear();
+}
