@@ -97,7 +97,7 @@ void createDataFile(const QString &path, DataFile which, bool overwrite)
 // Every key the module reads is there, so that no start logs a missing one.
 // An empty value keeps the default (the data folder and files under the shared
 // folder, the program's own folder), so the folder can be moved.
-static void writeIni(const QString &ini)
+void writeIni(const QString &ini)
 {
     QFile f(ini);
     if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate))
@@ -106,6 +106,7 @@ static void writeIni(const QString &ini)
             "DataRoot=\r\n"
             "DataFileName=\r\n"
             "WageFileName=\r\n"
+            "DatabaseServer=\r\n"
             "ProgramDirectory=\r\n"
             "ModuleFileName=\r\n"
             "[START]\r\n"

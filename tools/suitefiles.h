@@ -56,6 +56,9 @@ QStringList existingDataFiles(const QString &dir);
 // Throws CvError naming them, if there are any.
 void refuseExistingDataFiles(const QString &dir);
 
+// The suite's INI file with every key the module reads, the defaults kept (empty).
+void writeIni(const QString &ini);
+
 // Rows in each table of a data file, in the order the tables were created.
 QList<QPair<QString, qint64>> rowCounts(const QString &path);
 

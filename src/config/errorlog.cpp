@@ -1,7 +1,7 @@
 #include "config/errorlog.h"
 
-#include "data/serialdate.h"
 #include "config/folders.h"
+#include "data/serialdate.h"
 
 #include <QDateTime>
 #include <QFile>

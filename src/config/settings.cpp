@@ -15,6 +15,11 @@ QString Settings::WageDataBase() const
     return value.isEmpty() ? joinPath(dataFolder(), "Wage32.mdb") : value;
 }
 
+QString Settings::DatabaseServer() const
+{
+    return readSuiteIni("CORVANE", "DatabaseServer").trimmed();
+}
+
 bool Settings::EmployeeOnly() const
 {
     return readSuiteIni("Wage", "AllEmployees").toUpper() != QLatin1String("Y");

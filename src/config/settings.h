@@ -12,6 +12,9 @@ public:
     QString DatabaseName() const;
     // The wage file: [CORVANE] WageFileName, else the data folder + "Wage32.mdb".
     QString WageDataBase() const;
+    // The PostgreSQL server holding both data sets instead of the files, as libpq's
+    // URI or key=value text: [CORVANE] DatabaseServer; empty for the files.
+    QString DatabaseServer() const;
     // True unless [Wage] AllEmployees is "Y" in any case.
     bool EmployeeOnly() const;
 };

@@ -1,8 +1,8 @@
 #include "config/suitecolour.h"
 
+#include "config/suiteconfig.h"
 #include "core/extractfield.h"
 #include "core/numerictext.h"
-#include "config/suiteconfig.h"
 
 SuiteColour &suiteColour()
 {

@@ -1,9 +1,9 @@
 #include "config/suiteconfig.h"
 
 #include "config/folders.h"
-#include "core/numerictext.h"
 #include "config/profilestring.h"
 #include "config/readini.h"
+#include "core/numerictext.h"
 #include "core/translate.h"
 
 namespace {

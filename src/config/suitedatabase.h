@@ -4,8 +4,9 @@
 
 class Database;
 
-// The suite's two data files on one connection: the main file, with the wage file
-// attached as "wage". Statements reach both files' tables by their own names, and one
-// transaction commits what a save changes in both files together. Paths from
-// Settings; throws CvError naming the file that could not be opened.
+// The suite's two data sets on one connection, so that one transaction commits what a
+// save changes in both: the main file with the wage file attached as "wage" (paths
+// from Settings), or, when the INI file names a database server, both schemas of that
+// server's database. Throws CvError naming the file, or the server and the INI setting,
+// that could not be opened.
 std::unique_ptr<Database> openSuiteDatabase();

@@ -140,7 +140,7 @@ Database::Database(const Server &server, int busyTimeoutMs)
     : m_state(std::make_shared<DatabaseState>())
 {
     m_state->busyTimeout = busyTimeoutMs;
-    m_state->openServer(server.connection);
+    m_state->openServer(server.connection, !server.withoutBooks);
 }
 
 Database::~Database()
@@ -238,12 +238,19 @@ int Database::execute(const QString &jetSql, const QVariantList &values)
     return m_state->exec(sql, bound, Source);
 }
 
+int Database::executeNative(const QString &sql, const QVariantList &values)
+{
+    m_state->requireOpen(Source);
+    return m_state->exec(sql, values, Source);
+}
+
 void Database::beginTransaction()
 {
     DatabaseState &s = *m_state;
     s.requireOpen(Source);
     // Nested transactions are savepoints inside the outer one.
-    const QString begin = s.isServer() ? QStringLiteral("BEGIN") : QStringLiteral("BEGIN IMMEDIATE");
+    const QString begin =
+        s.isServer() ? QStringLiteral("BEGIN") : QStringLiteral("BEGIN IMMEDIATE");
     s.exec(s.transactionDepth == 0 ? begin
                                    : QStringLiteral("SAVEPOINT cv_%1").arg(s.transactionDepth),
            {}, Source);

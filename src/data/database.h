@@ -36,6 +36,8 @@ public:
     struct Server
     {
         QString connection;
+        // For cvsuite, which makes the books: a database without them opens too.
+        bool withoutBooks = false;
     };
     explicit Database(const Server &server, int busyTimeoutMs = DefaultBusyTimeoutMs);
     ~Database();
@@ -66,6 +68,10 @@ public:
     // columns store them (JetValue::toParameter); a value bound to a LIKE is a Jet
     // pattern.
     int execute(const QString &jetSql, const QVariantList &values);
+
+    // Runs a statement in the backend's own SQL, untranslated, with ? markers: for the
+    // tools that make and copy books, never for the module's own statements.
+    int executeNative(const QString &sql, const QVariantList &values = {});
 
     // Write transactions take the write lock at once (BEGIN IMMEDIATE), so they
     // wait for another writer up to the busy timeout instead of failing midway. On a

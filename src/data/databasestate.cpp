@@ -167,9 +167,9 @@ QString DatabaseState::rowid(const QString &tableName, const char *source)
     if (!isServer())
         return QStringLiteral("_rowid_");
     if (t.key.isEmpty())
-        throw CvError(CvError::NotUpdatable, source,
-                      QStringLiteral("Cannot update: the table '%1' has no primary key.")
-                          .arg(tableName));
+        throw CvError(
+            CvError::NotUpdatable, source,
+            QStringLiteral("Cannot update: the table '%1' has no primary key.").arg(tableName));
     return JetSql::quoteIdentifier(t.key, dialect);
 }
 

@@ -33,7 +33,7 @@ public:
     };
 
     JetSql::Dialect dialect = JetSql::Dialect::Sqlite;
-    QString path; // the main file, or the server's connection as the INI gives it
+    QString path;         // the main file, or the server's connection as the INI gives it
     QStringList attached; // the paths of files attached to this connection
     QString connectionName;
     QSqlDatabase db;
@@ -61,7 +61,7 @@ public:
 
     // Connects to a PostgreSQL server (libpq's URI or key=value form) and reads its
     // tables. Throws CvError naming what to fix when it cannot.
-    void openServer(const QString &conninfo);
+    void openServer(const QString &conninfo, bool requireBooks = true);
     void setLockTimeout(int ms);
     // The server's failure as a CvError (the result is freed).
     [[noreturn]] void failServer(pg_result *result, const char *source);
@@ -92,9 +92,11 @@ private:
     std::unique_ptr<Cursor> selectServer(const QString &sql, const QVariantList &values,
                                          const char *source);
     void closeServer();
-    void loadServerTables();
+    void setSearchPath();
+    void loadServerTables(bool requireBooks);
 
     QHash<QString, Table> m_tables;
-    QHash<unsigned, QString> m_tableByOid;            // server only: oid -> folded name
-    QHash<quint64, QString> m_columnByNumber;         // server only: oid << 16 | attnum
+    bool m_resetting = false;                 // the lost server connection is being made again
+    QHash<unsigned, QString> m_tableByOid;    // server only: oid -> folded name
+    QHash<quint64, QString> m_columnByNumber; // server only: oid << 16 | attnum
 };

@@ -163,7 +163,8 @@ QString regexLiteral(char32_t c, bool inList, bool otherCases = true)
     };
     one(c);
     if (!isAscii(c) && otherCases) {
-        for (const char32_t other : {QChar::toUpper(c), QChar::toLower(c), QChar::toCaseFolded(c)}) {
+        for (const char32_t other :
+             {QChar::toUpper(c), QChar::toLower(c), QChar::toCaseFolded(c)}) {
             if (!isAscii(other) && !out.contains(QString::fromUcs4(&other, 1)))
                 one(other);
         }

@@ -288,8 +288,8 @@ private:
     {
         if (term < 0)
             return;
-        m_t[term].out += is(m_t[term], u"DESC") ? QStringLiteral(" NULLS LAST")
-                                                 : QStringLiteral(" NULLS FIRST");
+        m_t[term].out +=
+            is(m_t[term], u"DESC") ? QStringLiteral(" NULLS LAST") : QStringLiteral(" NULLS FIRST");
     }
 
     const Token &at(int i) const

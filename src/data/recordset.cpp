@@ -1,12 +1,12 @@
 #include "data/recordset.h"
 
 #include "core/cverror.h"
+#include "data/cursor.h"
 #include "data/database.h"
 #include "data/databasestate.h"
 #include "data/findcriterion.h"
 #include "data/jetsql.h"
 #include "data/jetvalue.h"
-#include "data/cursor.h"
 
 #include <QHash>
 
@@ -123,8 +123,7 @@ void Recordset::load(const QString &source, QVariantList values)
     // column so that the statement runs once.
     const bool keyColumn = s.isServer() && !updateTable.isEmpty();
     std::unique_ptr<Cursor> st = s.select(
-        keyColumn ? withColumn(sql, fromPos, qualifier + u'.' + s.rowid(updateTable, Source))
-                  : sql,
+        keyColumn ? withColumn(sql, fromPos, qualifier + u'.' + s.rowid(updateTable, Source)) : sql,
         values, Source);
     const int columns = st->columnCount() - (keyColumn ? 1 : 0);
     m_fields.clear();
@@ -463,12 +462,13 @@ void Recordset::update()
         }
         const QString returning = QStringLiteral(" RETURNING ") + read.join(u", ");
         const QStringList marks(columns.size(), QStringLiteral("?"));
-        const std::unique_ptr<Cursor> added = s.select(
-            columns.isEmpty() ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(table) + returning
-                              : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                                        .arg(table, columns.join(u", "), marks.join(u", ")) +
-                                    returning,
-            values, Source);
+        const std::unique_ptr<Cursor> added =
+            s.select(columns.isEmpty()
+                         ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(table) + returning
+                         : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                                   .arg(table, columns.join(u", "), marks.join(u", ")) +
+                               returning,
+                     values, Source);
         std::vector<QVariant> row = m_buffer;
         row.resize(m_width);
         qint64 key = 0;

@@ -1,11 +1,11 @@
 #include "data/rowreader.h"
 
 #include "core/cverror.h"
+#include "data/cursor.h"
 #include "data/database.h"
+#include "data/databasestate.h"
 #include "data/jetsql.h"
 #include "data/jetvalue.h"
-#include "data/cursor.h"
-#include "data/databasestate.h"
 
 namespace {
 constexpr const char *Source = "RowReader";

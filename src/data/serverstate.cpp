@@ -255,7 +255,7 @@ QString connectAdvice(const QString &message)
 
 } // namespace
 
-void DatabaseState::openServer(const QString &conninfo)
+void DatabaseState::openServer(const QString &conninfo, bool requireBooks)
 {
     dialect = JetSql::Dialect::Postgres;
     path = conninfo;
@@ -295,10 +295,13 @@ void DatabaseState::openServer(const QString &conninfo)
                                      "(The server said: %3)")
                           .arg(conninfo, connectAdvice(message), message));
     }
+    // The server's notices ("schema does not exist, skipping") are not for a clerk.
+    PQsetNoticeProcessor(
+        pg, [](void *, const char *) {}, nullptr);
     try {
-        exec(QStringLiteral("SET search_path TO farm, wage"), {}, Source);
+        setSearchPath();
         setLockTimeout(busyTimeout);
-        loadServerTables();
+        loadServerTables(requireBooks);
     } catch (...) {
         closeServer();
         throw;
@@ -311,7 +314,18 @@ void DatabaseState::setLockTimeout(int ms)
          {QString::number(qMax(ms, 1)) + QStringLiteral("ms")}, Source);
 }
 
-void DatabaseState::loadServerTables()
+// The two data sets, then the schema holding the case-blind text type (citext) that
+// their text columns are made of: its operators must be found for text to compare
+// without regard to case.
+void DatabaseState::setSearchPath()
+{
+    exec(QStringLiteral("SELECT set_config('search_path', 'farm, wage' || coalesce((SELECT ', ' "
+                        "|| quote_ident(n.nspname) FROM pg_extension e JOIN pg_namespace n ON "
+                        "n.oid = e.extnamespace WHERE e.extname = 'citext'), ''), false)"),
+         {}, Source);
+}
+
+void DatabaseState::loadServerTables(bool requireBooks)
 {
     std::unique_ptr<Cursor> rows = select(QStringLiteral(R"(
 SELECT c.oid, n.nspname, c.relname, coalesce(obj_description(c.oid, 'pg_class'), ''), a.attnum,
@@ -360,7 +374,7 @@ ORDER BY c.oid, a.attnum)"),
         t.columns.insert(column.toCaseFolded(), f);
         m_columnByNumber.insert(quint64(oid) << 16 | quint64(rows->integer(4)), column);
     }
-    if (!farm || !wage)
+    if ((!farm || !wage) && requireBooks)
         throw CvError(CvError::CannotOpenDatabase, Source,
                       QStringLiteral("The database on the server (%1) holds no books of the suite: "
                                      "the schema '%2' with its tables is missing. Make the books "
@@ -388,8 +402,8 @@ std::unique_ptr<Cursor> DatabaseState::selectServer(const QString &sql, const QV
 {
     requireOpen(source);
     const Parameters p(values);
-    Result r(PQexecParams(pg, numberMarkers(sql).constData(), int(p.values.size()),
-                          p.types.data(), p.values.data(), p.lengths.data(), p.formats.data(), 0));
+    Result r(PQexecParams(pg, numberMarkers(sql).constData(), int(p.values.size()), p.types.data(),
+                          p.values.data(), p.lengths.data(), p.formats.data(), 0));
     const ExecStatusType status = r ? PQresultStatus(r.get()) : PGRES_FATAL_ERROR;
     if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK)
         failServer(r.release(), source);
@@ -408,8 +422,8 @@ void DatabaseState::failServer(pg_result *failed, const char *source)
     const QString state =
         result ? QString::fromLatin1(PQresultErrorField(result.get(), PG_DIAG_SQLSTATE))
                : QString();
-    QString message = result ? serverText(PQresultErrorField(result.get(), PG_DIAG_MESSAGE_PRIMARY))
-                             : QString();
+    QString message =
+        result ? serverText(PQresultErrorField(result.get(), PG_DIAG_MESSAGE_PRIMARY)) : QString();
     if (message.isEmpty())
         message = serverText(PQerrorMessage(pg));
     lastFailure = 0;
@@ -417,15 +431,21 @@ void DatabaseState::failServer(pg_result *failed, const char *source)
     if (PQstatus(pg) == CONNECTION_OK && PQtransactionStatus(pg) != PQTRANS_IDLE)
         Result(PQexec(pg, "ROLLBACK"));
     transactionDepth = 0;
-    const bool lost = PQstatus(pg) != CONNECTION_OK || state.startsWith(u"08") ||
-                      state.startsWith(u"57P");
+    const bool lost =
+        PQstatus(pg) != CONNECTION_OK || state.startsWith(u"08") || state.startsWith(u"57P");
     if (lost) {
         // The next try starts on a fresh connection, with the session as it was.
-        PQreset(pg);
-        if (PQstatus(pg) == CONNECTION_OK) {
-            Result(PQexec(pg, "SET search_path TO farm, wage"));
-            Result(PQexec(pg, QByteArray("SET lock_timeout = " + QByteArray::number(busyTimeout))
-                                  .constData()));
+        if (!m_resetting)
+            PQreset(pg);
+        if (!m_resetting && PQstatus(pg) == CONNECTION_OK) {
+            m_resetting = true;
+            try {
+                setSearchPath();
+                setLockTimeout(busyTimeout);
+            } catch (const CvError &) {
+                // the failure below is the one to report
+            }
+            m_resetting = false;
         }
         throw CvError(CvError::DiskOrNetworkError, source,
                       QStringLiteral("The connection to the database server (%1) failed (%2).")
@@ -437,9 +457,9 @@ void DatabaseState::failServer(pg_result *failed, const char *source)
                                      "than this program waits (%2 s: %3).")
                           .arg(files(), QString::number(busyTimeout / 1000.0), message));
     if (state.startsWith(u"53"))
-        throw CvError(CvError::DiskFull, source,
-                      QStringLiteral("The database server (%1) is out of room (%2).")
-                          .arg(path, message));
+        throw CvError(
+            CvError::DiskFull, source,
+            QStringLiteral("The database server (%1) is out of room (%2).").arg(path, message));
     if (state == u"42501" || state == u"25006")
         throw CvError(CvError::FileReadOnly, source,
                       QStringLiteral("The database server (%1) does not let this user change the "

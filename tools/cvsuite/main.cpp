@@ -1,6 +1,8 @@
 // cvsuite: makes the suite's shared documents folder with empty, demo or bulk
-// books, for tests, demonstrations and benchmarks.
+// books, for tests, demonstrations and benchmarks, and moves books between the
+// files and a PostgreSQL server.
 #include "core/cverror.h"
+#include "serverbooks.h"
 #include "suitefiles.h"
 
 #include <QCoreApplication>
@@ -11,7 +13,9 @@
 #include <QStringList>
 #include <QTextStream>
 
+#include <cstdio>
 #include <optional>
+#include <unistd.h>
 
 namespace {
 
@@ -20,6 +24,10 @@ const char kUsage[] =
     "       cvsuite demo DIR [--force]\n"
     "       cvsuite bulk DIR --addresses N --employees M [--notes-bytes K] [--seed S]\n"
     "                        [--force]\n"
+    "       cvsuite init|demo|bulk --server CONNECTION [options as above]\n"
+    "       cvsuite to-server DIR CONNECTION [--force]\n"
+    "       cvsuite from-server CONNECTION DIR [--force]\n"
+    "       cvsuite server-schema\n"
     "\n"
     "Lays out a shared documents folder the way the suite does:\n"
     "DIR/Corvane/Common/Corvane.ini, DIR/data/Farm32.mdb and DIR/data/Wage32.mdb.\n"
@@ -35,7 +43,17 @@ const char kUsage[] =
     "  --seed S          another set of generated rows (the same S, the same rows)\n"
     "  --force           replace data files that exist; without it cvsuite refuses\n"
     "                    and changes nothing (an existing INI file is always kept\n"
-    "                    unless --force is given)\n";
+    "                    unless --force is given)\n"
+    "\n"
+    "On a PostgreSQL server (15 or later) the books are the schemas farm and wage of\n"
+    "one database. CONNECTION is libpq's: postgresql://host/database or\n"
+    "service=name; the password comes from libpq's password file, never the command.\n"
+    "  --server C        make the books on the server instead of in a folder\n"
+    "  to-server         copy the suite in DIR onto the server\n"
+    "  from-server       copy the server's books into DIR's data files (a backup\n"
+    "                    to carry away)\n"
+    "  server-schema     print the server's tables, made from schema/\n"
+    "A copy is one transaction and ends with a count of every table's rows.\n";
 
 constexpr int kMaxAddresses = 10'000'000;
 constexpr int kMaxNotesBytes = 100'000'000;
@@ -44,6 +62,7 @@ struct Request
 {
     QString command;
     QString dir;
+    QString server;
     bool force = false;
     SuiteFiles::BulkOptions bulk;
 };
@@ -76,7 +95,9 @@ Request parse(const QStringList &args)
         throw UsageError("no command given");
     Request r;
     r.command = args[0];
-    if (r.command != "init" && r.command != "demo" && r.command != "bulk")
+    static const QStringList commands{"init",      "demo",        "bulk",
+                                      "to-server", "from-server", "server-schema"};
+    if (!commands.contains(r.command))
         throw UsageError("unknown command \"" + r.command + "\"");
 
     std::optional<int> addresses, employees;
@@ -96,6 +117,15 @@ Request parse(const QStringList &args)
         }
         if (arg == "--force" && !hasValue) {
             r.force = true;
+            continue;
+        }
+        if (arg == "--server") {
+            if (!hasValue) {
+                if (++i >= args.size())
+                    throw UsageError("--server wants a connection");
+                value = args[i];
+            }
+            r.server = value;
             continue;
         }
         const bool bulkOption = arg == "--addresses" || arg == "--employees" ||
@@ -122,11 +152,29 @@ Request parse(const QStringList &args)
                 throw UsageError("--seed wants a whole number, not \"" + value + "\"");
         }
     }
+    if (r.command == "server-schema") {
+        if (!positional.isEmpty())
+            throw UsageError("server-schema takes nothing more");
+        return r;
+    }
+    if (r.command == "to-server" || r.command == "from-server") {
+        if (positional.size() != 2 || !r.server.isEmpty())
+            throw UsageError(r.command + " wants a folder and a connection");
+        if (r.command == "from-server")
+            std::swap(positional[0], positional[1]);
+        r.server = positional[1];
+        positional.removeLast();
+    } else if (!r.server.isEmpty()) {
+        if (!positional.isEmpty())
+            throw UsageError("a folder or --server, not both");
+        positional << QString();
+    }
     if (positional.isEmpty())
         throw UsageError("no folder given");
     if (positional.size() > 1)
         throw UsageError("one folder only, not \"" + positional.join("\", \"") + "\"");
-    r.dir = QDir::cleanPath(QFileInfo(positional[0]).absoluteFilePath());
+    if (!positional[0].isEmpty())
+        r.dir = QDir::cleanPath(QFileInfo(positional[0]).absoluteFilePath());
 
     if (r.command == "bulk") {
         if (!addresses || !employees)
@@ -142,8 +190,59 @@ Request parse(const QStringList &args)
     return r;
 }
 
+// A bar on the terminal, a line per table elsewhere.
+ServerBooks::Progress progressBar()
+{
+    return [](const QString &table, qint64 done, qint64 total) {
+        static const bool terminal = isatty(fileno(stderr));
+        QTextStream err(stderr);
+        if (!terminal) {
+            if (done == total)
+                err << "  " << table << ": " << total << " rows\n";
+            return;
+        }
+        constexpr int width = 30;
+        const int filled = total > 0 ? int(done * width / total) : width;
+        err << "\r  " << table.leftJustified(22, u' ', true) << " [" << QString(filled, u'#')
+            << QString(width - filled, u'.') << "] " << done << " / " << total
+            << (done == total ? "\n" : "") << Qt::flush;
+    };
+}
+
+void printCounts(const ServerBooks::Counts &counts)
+{
+    QTextStream out(stdout);
+    qint64 rows = 0;
+    for (const auto &[table, n] : counts)
+        rows += n;
+    out << "Copied " << rows << " rows in " << counts.size()
+        << " tables; every table's count matches.\n";
+}
+
 void run(const Request &r)
 {
+    if (r.command == "server-schema") {
+        QTextStream out(stdout);
+        out << "CREATE EXTENSION IF NOT EXISTS citext;\n";
+        for (const auto which : {SuiteFiles::DataFile::Farm, SuiteFiles::DataFile::Wage}) {
+            for (const QString &statement : ServerBooks::schemaStatements(which))
+                out << statement << ";\n";
+        }
+        return;
+    }
+    if (r.command == "to-server")
+        return printCounts(ServerBooks::copyToServer(r.dir, r.server, r.force, progressBar()));
+    if (r.command == "from-server")
+        return printCounts(ServerBooks::copyFromServer(r.server, r.dir, r.force, progressBar()));
+    if (!r.server.isEmpty()) {
+        if (r.command == "init")
+            ServerBooks::createBooks(r.server, r.force);
+        else if (r.command == "demo")
+            ServerBooks::demoBooks(r.server, r.force);
+        else
+            ServerBooks::bulkBooks(r.server, r.bulk, progressBar());
+        return;
+    }
     if (r.command == "init") {
         // The library's init keeps existing files quietly; here, as for the
         // other commands, asking to make what is there already is an error.
@@ -200,7 +299,15 @@ int main(int argc, char **argv)
         QElapsedTimer timer;
         timer.start();
         run(request);
-        report(out, request, timer.elapsed());
+        if (!request.server.isEmpty() && request.command != "to-server") {
+            if (request.command != "from-server")
+                out << "Made " << (request.command == "init" ? "empty" : request.command)
+                    << " books on " << request.server << "\n";
+            else
+                report(out, request, timer.elapsed());
+        } else if (request.command != "server-schema" && request.command != "to-server") {
+            report(out, request, timer.elapsed());
+        }
     } catch (const CvError &e) {
         err << "cvsuite: " << e.description() << "\n";
         return 1;
