@@ -41,7 +41,7 @@ TEST_F(DisplayLogic, OnlyWhatTheUserChangedIsWrittenWhenAnotherEntryIsChosen)
     EXPECT_EQ(AddressGlobals::CurrentAddressID, 2);
 
     // Nothing typed on this entry, so nothing is written: another program's lock is no matter.
-    FileLock other(suite.farmPath());
+    FileLock other(suite);
     choose("Carter");
     EXPECT_TRUE(messages.requests.empty());
 }
@@ -186,7 +186,7 @@ TEST_F(SaveFailure, CancelKeepsTheEntryAndItsEditsRetrySavesThemDiscardDropsThem
 {
     logic.editField(Book::BusPhone, "03 208 1234");
     {
-        FileLock other(suite.farmPath());
+        FileLock other(suite);
         messages.answers = {ResultCancel, ResultCancel};
         logic.chooseName(1);
         expectSaveMessage("Acme Farm Supplies");
@@ -202,7 +202,7 @@ TEST_F(SaveFailure, CancelKeepsTheEntryAndItsEditsRetrySavesThemDiscardDropsThem
 
     // Discard lets the edit go and moves on.
     logic.editField(Book::BusPhone, "07 555 0000");
-    FileLock other(suite.farmPath());
+    FileLock other(suite);
     messages.answers = {ResultRetry, ResultDiscard}; // still locked on the retry
     logic.chooseName(0);
     EXPECT_EQ(messages.requests.size(), 2u);
@@ -216,7 +216,7 @@ TEST_F(SaveFailure, TypedNotesStayOnTheirTabWhenTheyCannotBeSaved)
     logic.changeTab(logic.notesTab());
     logic.editNotes("Rang about the fence");
     {
-        FileLock other(suite.farmPath());
+        FileLock other(suite);
         messages.answers = {ResultCancel};
         logic.changeTab(Book::firstTab());
         expectSaveMessage("Acme Farm Supplies");

@@ -215,7 +215,7 @@ TEST_F(EditorBooks, ChangeLogLinesAreWrittenOnlyWithTheSaveThatStoresTheChange)
     EXPECT_EQ(editor.pendingLog().size(), 2);
     EXPECT_EQ(notes(), "");
     {
-        FileLock other(suite.farmPath());
+        FileLock other(suite);
         messages.answers = {ResultCancel};
         EXPECT_TRUE(editor.queryClose()) << "stays open";
         ASSERT_EQ(messages.requests.size(), 1u);

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "support/tempserver.h"
+#include "support/tempsuite.h"
+
+#include <memory>
 #include <QString>
 #include <sqlite3.h>
 #include <stdexcept>
@@ -11,20 +15,23 @@ class FileLock
 {
 public:
     enum Kind { Writing, Exclusive };
-    explicit FileLock(const QString &path, Kind kind = Writing)
+    // The suite's books wherever they are: the main file, or the server's tables.
+    explicit FileLock(const TempSuite &suite, Kind kind = Writing)
     {
-        if (sqlite3_open_v2(path.toUtf8().constData(), &m_db, SQLITE_OPEN_READWRITE, nullptr) !=
-                SQLITE_OK ||
-            sqlite3_exec(m_db, kind == Writing ? "BEGIN IMMEDIATE" : "BEGIN EXCLUSIVE", nullptr,
-                         nullptr, nullptr) != SQLITE_OK)
-            throw std::runtime_error("could not lock " + path.toStdString());
+        if (suite.onServer())
+            m_server = std::make_unique<TempServer::Lock>(suite.serverConnection(),
+                                                          kind == Exclusive);
+        else
+            lock(suite.farmPath(), kind);
     }
+    explicit FileLock(const QString &path, Kind kind = Writing) { lock(path, kind); }
     ~FileLock() { release(); }
     FileLock(const FileLock &) = delete;
     FileLock &operator=(const FileLock &) = delete;
 
     void release()
     {
+        m_server.reset();
         if (m_db)
             sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
         sqlite3_close(m_db);
@@ -32,5 +39,15 @@ public:
     }
 
 private:
+    void lock(const QString &path, Kind kind)
+    {
+        if (sqlite3_open_v2(path.toUtf8().constData(), &m_db, SQLITE_OPEN_READWRITE, nullptr) !=
+                SQLITE_OK ||
+            sqlite3_exec(m_db, kind == Writing ? "BEGIN IMMEDIATE" : "BEGIN EXCLUSIVE", nullptr,
+                         nullptr, nullptr) != SQLITE_OK)
+            throw std::runtime_error("could not lock " + path.toStdString());
+    }
+
+    std::unique_ptr<TempServer::Lock> m_server;
     sqlite3 *m_db = nullptr;
 };

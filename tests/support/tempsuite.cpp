@@ -1,8 +1,13 @@
 #include "support/tempsuite.h"
 
+#include "config/suitedatabase.h"
 #include "core/cverror.h"
+#include "data/database.h"
+#include "serverbooks.h"
 #include "suitefiles.h"
+#include "support/tempserver.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QSqlDatabase>
@@ -10,11 +15,36 @@
 #include <QSqlQuery>
 #include <QUuid>
 
+QString testServer()
+{
+    const QString file = qEnvironmentVariable("CV_TEST_SERVER_FILE");
+    if (file.isEmpty())
+        return QString();
+    QFile f(file);
+    if (!f.open(QIODevice::ReadOnly))
+        throw CvError(CvError::FileNotFound, "TempSuite",
+                      "the test server is not running: no " + file);
+    return QString::fromUtf8(f.readAll()).trimmed();
+}
+
 TempSuite::TempSuite(bool withDataFiles)
     : m_oldShared(qgetenv("CORVANE_SHARED_DOCUMENTS")),
       m_hadShared(qEnvironmentVariableIsSet("CORVANE_SHARED_DOCUMENTS"))
 {
-    if (withDataFiles) {
+    const QString server = testServer();
+    if (withDataFiles && !server.isEmpty()) {
+        static int counter = 0;
+        m_serverDatabase = QString("cvt_%1_%2").arg(QCoreApplication::applicationPid()).arg(++counter);
+        TempServer::admin(server + " dbname=postgres",
+                          "CREATE DATABASE " + m_serverDatabase + " TEMPLATE corvane");
+        m_server = server + " dbname=" + m_serverDatabase;
+        // No data files: a test that opens them by path fails instead of testing them.
+        QDir().mkpath(commonDir());
+        SuiteFiles::writeIni(iniPath());
+        QByteArray ini = readIni();
+        ini.replace("DatabaseServer=\r\n", "DatabaseServer=" + m_server.toUtf8() + "\r\n");
+        writeIni(ini);
+    } else if (withDataFiles) {
         SuiteFiles::initSuite(dir());
     } else {
         QDir().mkpath(commonDir());
@@ -25,6 +55,14 @@ TempSuite::TempSuite(bool withDataFiles)
 
 TempSuite::~TempSuite()
 {
+    if (!m_serverDatabase.isEmpty()) {
+        try {
+            TempServer::admin(testServer() + " dbname=postgres",
+                              "DROP DATABASE " + m_serverDatabase + " WITH (FORCE)");
+        } catch (const CvError &) {
+            // the cluster goes with the run
+        }
+    }
     if (m_hadShared)
         qputenv("CORVANE_SHARED_DOCUMENTS", m_oldShared);
     else
@@ -90,6 +128,24 @@ QVariant runOnFile(const QString &path, const QStringList &statements)
 }
 
 } // namespace
+
+std::unique_ptr<Database> TempSuite::openBooks() const
+{
+    return openSuiteDatabase();
+}
+
+void TempSuite::exec(const QString &path, const QString &sql) const
+{
+    if (!onServer())
+        return execOnFile(path, sql);
+    TempServer::run(m_server, sql.split(u';'));
+    ServerBooks::resetSequences(m_server);
+}
+
+QVariant TempSuite::value(const QString &path, const QString &sql) const
+{
+    return onServer() ? TempServer::run(m_server, {sql}) : valueOnFile(path, sql);
+}
 
 void execOnFile(const QString &path, const QString &script)
 {
