@@ -21,7 +21,8 @@ struct Token
     QString text; // as written; for strings and brackets the content, unescaped
     QString out;  // what goes into the SQLite text
     bool removed = false;
-    int likeMarker = -1; // LIKE ?: the token of its marker
+    int likeMarker = -1;  // LIKE ?: the token of its marker
+    bool negated = false; // NOT LIKE
 };
 
 [[noreturn]] void syntaxError(const QString &what, const QString &jet)
@@ -228,6 +229,7 @@ public:
         depth = 0;
         int parameters = 0;
         int likeMarker = -1;
+        qsizetype notAt = -1;
         for (int i = 0; i <= last; ++i) {
             const Token &t = m_t[i];
             if (isPunct(t, u"("))
@@ -238,8 +240,10 @@ public:
                 continue;
             if (result.isSelect && result.fromPos < 0 && depth == 0 && isKeyword(t, u"FROM"))
                 result.fromPos = sql.size();
+            if (isKeyword(t, u"NOT"))
+                notAt = sql.size();
             if (t.likeMarker >= 0) {
-                result.likeParameters.push_back({sql.size(), -1, -1});
+                result.likeParameters.push_back({sql.size(), -1, -1, t.negated ? notAt : -1});
                 likeMarker = t.likeMarker;
             }
             if (isPunct(t, u"?")) {
@@ -361,6 +365,10 @@ private:
         const bool postgres = m_dialect == JetSql::Dialect::Postgres;
         if (postgres)
             m_t[i].out = QStringLiteral("ILIKE");
+        int before = i - 1;
+        while (before >= 0 && (m_t[before].kind == Kind::Space || m_t[before].removed))
+            --before;
+        m_t[i].negated = before >= 0 && isKeyword(m_t[before], u"NOT");
         const int j = next(i);
         if (j >= 0 && isPunct(m_t[j], u"?")) {
             m_t[i].likeMarker = j;
@@ -373,7 +381,10 @@ private:
         bool escaped = false;
         const auto pattern = JetLike::toSqlite(m_t[j].text, &escaped);
         if (!pattern && postgres) {
-            m_t[i].out = QStringLiteral("~*");
+            // A regular expression's NOT is its operator's: !~*.
+            if (m_t[i].negated)
+                m_t[before].out.clear();
+            m_t[i].out = m_t[i].negated ? QStringLiteral("!~*") : QStringLiteral("~*");
             m_t[j].out = sqlString(JetLike::toRegex(m_t[j].text));
             return;
         }
@@ -504,10 +515,13 @@ QString JetSql::bind(const Translation &t, QVariantList &values, qsizetype *from
             sql.insert(at, edit);
         } else if (t.dialect == Dialect::Postgres) {
             values[it->parameter] = JetLike::toRegex(pattern);
-            at = it->operatorAt;
-            sql.replace(at, 5, QStringLiteral("~*")); // ILIKE
+            // ILIKE becomes ~*, NOT ... ILIKE !~*.
+            at = it->notAt >= 0 ? it->notAt : it->operatorAt;
+            const qsizetype length = it->operatorAt + 5 - at;
+            const QString op = it->notAt >= 0 ? QStringLiteral("!~*") : QStringLiteral("~*");
+            sql.replace(at, length, op);
             if (fromPos && *fromPos > at)
-                *fromPos -= 3;
+                *fromPos -= length - op.size();
             continue;
         } else {
             at = it->operatorAt;

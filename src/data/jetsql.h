@@ -37,6 +37,7 @@ public:
             qsizetype operatorAt;
             qsizetype markerAt;
             int parameter;
+            qsizetype notAt = -1; // a NOT LIKE's NOT
         };
         std::vector<LikeParameter> likeParameters;
     };

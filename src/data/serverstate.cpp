@@ -31,7 +31,7 @@ QString serverText(const char *text)
 
 // The statement with its ? markers numbered as the server wants them ($1, $2, ...);
 // markers inside quotes are text.
-QByteArray numberMarkers(const QString &sql)
+QByteArray numberMarkers(const QString &sql, int *count)
 {
     QString out;
     out.reserve(sql.size() + 16);
@@ -49,6 +49,7 @@ QByteArray numberMarkers(const QString &sql)
         }
         out += c;
     }
+    *count = marker;
     return out.toUtf8();
 }
 
@@ -102,7 +103,9 @@ struct Parameters
                 types[i] = ByteaOid;
                 break;
             default:
+                // The server's text cannot hold U+0000; a NUL pasted into a box goes.
                 data[i] = v.toString().toUtf8();
+                data[i].replace('\0', QByteArray());
                 break;
             }
             values[i] = data[i].constData();
@@ -401,8 +404,16 @@ std::unique_ptr<Cursor> DatabaseState::selectServer(const QString &sql, const QV
                                                     const char *source)
 {
     requireOpen(source);
+    int markers = 0;
+    const QByteArray numbered = numberMarkers(sql, &markers);
+    if (markers != values.size())
+        throw CvError(CvError::SqlError, source,
+                      QStringLiteral("Parameter count mismatch: %1 values for %2 markers in: %3")
+                          .arg(values.size())
+                          .arg(markers)
+                          .arg(sql));
     const Parameters p(values);
-    Result r(PQexecParams(pg, numberMarkers(sql).constData(), int(p.values.size()), p.types.data(),
+    Result r(PQexecParams(pg, numbered.constData(), int(p.values.size()), p.types.data(),
                           p.values.data(), p.lengths.data(), p.formats.data(), 0));
     const ExecStatusType status = r ? PQresultStatus(r.get()) : PGRES_FATAL_ERROR;
     if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK)
@@ -453,9 +464,9 @@ void DatabaseState::failServer(pg_result *failed, const char *source)
     }
     if (state == u"55P03" || state == u"40P01" || state == u"40001" || state == u"57014")
         throw CvError(CvError::DatabaseLocked, source,
-                      QStringLiteral("Another user of %1 kept the rows this needs locked longer "
-                                     "than this program waits (%2 s: %3).")
-                          .arg(files(), QString::number(busyTimeout / 1000.0), message));
+                      QStringLiteral("Another program is using %1 and kept the rows this needs "
+                                     "locked longer than this program waits (%2 s).")
+                          .arg(files(), QString::number(busyTimeout / 1000.0)));
     if (state.startsWith(u"53"))
         throw CvError(
             CvError::DiskFull, source,

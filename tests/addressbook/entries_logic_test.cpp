@@ -152,7 +152,8 @@ TEST_F(BookLogicTest, DefaultsTakeTheFirstRowsAndTheCountrysLowestTaxOrder)
                    "(4, 'Weekly', 7, 52, 1);"
                    "INSERT INTO TaxTypes VALUES (1, 'Aussie', 0, 61), (2, 'NZ main', 5, 64), "
                    "(3, 'Any country', 2, 0), (4, 'NZ secondary', 1, 64)");
-    Database wage(suite.wagePath());
+    const auto books = suite.openBooks();
+    Database &wage = *books;
     EXPECT_EQ(DefaultEmployeeTypeID(wage), 3); // stored order is the key's
     EXPECT_EQ(DefaultPayIntervalID(wage), 4);
     EXPECT_EQ(DefaultTaxTypeID(wage, 64), 4);

@@ -44,6 +44,8 @@ int count(Database &db, const QString &jet)
 TEST(DatabaseTest, RefusesWhatIsNotAWritableDataFileAndCreatesNothing)
 {
     TempSuite suite;
+    if (suite.onServer())
+        GTEST_SKIP() << "data files only";
     QTemporaryDir dir;
     QDir().mkpath(dir.filePath("text"));
     QDir().mkpath(dir.filePath("empty"));
@@ -82,11 +84,45 @@ TEST(DatabaseTest, RefusesWhatIsNotAWritableDataFileAndCreatesNothing)
               QStringList({"Farm32.mdb", "Wage32.mdb"}));
 }
 
+// Each gets one message naming what to fix, and nothing is made on the server.
+TEST(DatabaseTest, ServerSettingsThatCannotWorkAreNamed)
+{
+    const QString server = testServer();
+    if (server.isEmpty())
+        GTEST_SKIP() << "server only";
+    const struct
+    {
+        QString connection, says;
+    } cases[] = {
+        {"host=/nonexistent user=corvane dbname=corvane", "could not be reached"},
+        {server + " dbname=no_such_books", "does not exist on the server"},
+        {"host=" + server.section(' ', 0, 0).mid(5) + " user=no_such_clerk dbname=corvane",
+         "refused the login"},
+        {server + " dbname=postgres", "holds no books"},
+        {server + " dbname=corvane password=secret", "holds a password"},
+        {"postgresql://[bad", "cannot be read"},
+    };
+    for (const auto &c : cases) {
+        QString why;
+        try {
+            Database db(Database::Server{c.connection});
+        } catch (const CvError &e) {
+            EXPECT_EQ(e.number(), CvError::CannotOpenDatabase);
+            why = e.description();
+        }
+        EXPECT_TRUE(why.contains(c.says))
+            << c.connection.toStdString() << ": " << why.toStdString();
+    }
+    Database admin(Database::Server{server + " dbname=postgres", true});
+    EXPECT_EQ(count(admin, "SELECT * FROM pg_namespace WHERE nspname IN (\"farm\", \"wage\")"), 0);
+}
+
 TEST(DatabaseTest, ActionStatementsReportRowsAndFailOnceClosed)
 {
     TempSuite suite;
     Fixture::fill(suite);
-    Database db(suite.farmPath());
+    const auto books = suite.openBooks();
+    Database &db = *books;
     EXPECT_EQ(db.execute("UPDATE Addresses SET Addresses.BusFax = \"x\" WHERE WageFlag = True"), 3);
     EXPECT_THROW(db.execute("UPDATE Addresses SET Nonsense = 1"), CvError);
     db.close();
@@ -99,7 +135,8 @@ TEST(DatabaseTest, TransactionsKeepAllOrNothing)
 {
     TempSuite suite;
     Fixture::fill(suite);
-    Database db(suite.farmPath());
+    const auto books = suite.openBooks();
+    Database &db = *books;
     db.beginTransaction();
     db.execute("INSERT INTO Banks VALUES (10, \"Lost\", 0)");
     // A duplicate key fails without SQLite ending the transaction by itself.
@@ -116,7 +153,8 @@ TEST(DatabaseTest, TransactionsKeepAllOrNothing)
                      CvError);
         EXPECT_TRUE(db.inTransaction());
     });
-    Database reader(suite.farmPath());
+    const auto other = suite.openBooks();
+    Database &reader = *other;
     EXPECT_EQ(count(reader, "SELECT * FROM Banks WHERE BanksID BETWEEN 10 AND 13"), 2);
     EXPECT_EQ(count(reader, "SELECT * FROM Banks WHERE BanksID IN (11, 12)"), 2);
 }
@@ -125,17 +163,20 @@ TEST(DatabaseTest, AnotherWriterMakesUsWaitThenFailCleanly)
 {
     TempSuite suite;
     Fixture::fill(suite);
-    Database holder(suite.farmPath());
-    Database waiter(suite.farmPath(), 300);
-    holder.beginTransaction();
-    holder.execute("INSERT INTO Banks VALUES (20, \"Holder\", 0)");
+    const auto holder = suite.openBooks(), waiter = suite.openBooks();
+    waiter->setBusyTimeout(300);
+    // The same row: a file is locked whole, a server locks the rows written.
+    holder->beginTransaction();
+    holder->execute("UPDATE Banks SET Name = \"Holder\" WHERE BanksID = 1");
 
     QElapsedTimer timer;
     timer.start();
-    EXPECT_EQ(errorOf([&] { waiter.execute("INSERT INTO Banks VALUES (21, \"Waiter\", 0)"); }),
-              CvError::DatabaseLocked);
+    EXPECT_EQ(
+        errorOf([&] { waiter->execute("UPDATE Banks SET Name = \"Waiter\" WHERE BanksID = 1"); }),
+        CvError::DatabaseLocked);
     EXPECT_GE(timer.elapsed(), 250);
     EXPECT_LT(timer.elapsed(), 5000);
-    holder.commit();
-    waiter.execute("INSERT INTO Banks VALUES (21, \"Waiter\", 0)");
+    EXPECT_FALSE(waiter->inTransaction());
+    holder->commit();
+    EXPECT_EQ(waiter->execute("UPDATE Banks SET Name = \"Waiter\" WHERE BanksID = 1"), 1);
 }

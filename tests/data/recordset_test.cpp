@@ -20,8 +20,10 @@ protected:
     void SetUp() override { Fixture::fill(m_suite); }
 
     TempSuite m_suite;
-    Database m_farm{m_suite.farmPath()};
-    Database m_wage{m_suite.wagePath()};
+    // Both data sets on one connection, as the module opens them.
+    std::unique_ptr<Database> m_books{m_suite.openBooks()};
+    Database &m_farm{*m_books};
+    Database &m_wage{*m_books};
 };
 
 } // namespace
@@ -275,7 +277,7 @@ TEST_F(RecordsetTest, WritesEnforceTheFieldTypeAndLeaveRejectedFieldsUnchanged)
 
 TEST_F(RecordsetTest, OutlivingItsDatabaseFailsCleanly)
 {
-    auto db = std::make_unique<Database>(m_suite.farmPath());
+    auto db = m_suite.openBooks();
     Recordset rs(*db, "Addresses");
     db.reset();
     EXPECT_EQ(rs.value("AddressID").toInt(), 37); // what was read stays readable

@@ -47,7 +47,8 @@ TEST(ChangeLogNotes, AppendedOldestFirst)
     TempSuite suite;
     suite.execFarm("INSERT INTO Addresses (AddressID, BusName, notes) VALUES (5, 'Ann Hay', "
                    "'Started on the Tāwhiti block'), (6, 'New Hand', NULL)");
-    Database farm(suite.farmPath());
+    const auto books = suite.openBooks();
+    Database &farm = *books;
     const auto notes = [&](int id) {
         Recordset rs(farm, "SELECT notes FROM Addresses WHERE AddressID=" + QString::number(id),
                      Recordset::Snapshot);

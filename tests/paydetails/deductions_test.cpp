@@ -53,7 +53,8 @@ protected:
     }
 
     TempSuite suite;
-    Database wage{suite.wagePath()};
+    std::unique_ptr<Database> books{suite.openBooks()};
+    Database &wage{*books};
     MessageRecorder messages;
     DeductionGrid grid;
 };

@@ -55,9 +55,8 @@ protected:
             "INSERT INTO EmployerContributions (EmployeeID, ContributionID, FixedAmount, "
             "SpecialRate, TaxName) VALUES (5, 2, 0, 3, 'KiwiSaver')");
         // The editor's connection, as the windows open it; wage reads what was stored.
-        farm = std::make_unique<Database>(suite.farmPath());
-        farm->attach(suite.wagePath(), "wage");
-        wage = std::make_unique<Database>(suite.wagePath());
+        farm = suite.openBooks();
+        wage = suite.openBooks();
     }
 
     // Picks the list's item of that text; types into a field and leaves it, as a user does.

@@ -256,9 +256,14 @@ TEST_F(EditorBooks, FailedSavePartWayLeavesThePreviousRows)
     choose(editor, Editor::EmployeeRate, "KiwiSaver 4%");
     editor.textEdited(Editor::TaxCode, "ME");
     // Ordinary deductions are written last: make that step fail.
-    QSqlQuery trigger(wage->connection());
-    ASSERT_TRUE(trigger.exec("CREATE TRIGGER refuse BEFORE INSERT ON EmployeeDeductions "
-                             "WHEN NEW.TaxName IS NULL BEGIN SELECT RAISE(ABORT, 'refused'); END"));
+    if (suite.onServer()) {
+        suite.execWage("ALTER TABLE EmployeeDeductions ADD CONSTRAINT refuse "
+                       "CHECK (TaxName IS NOT NULL) NOT VALID");
+    } else {
+        valueOnFile(suite.wagePath(), "CREATE TRIGGER refuse BEFORE INSERT ON EmployeeDeductions "
+                                      "WHEN NEW.TaxName IS NULL BEGIN SELECT RAISE(ABORT, "
+                                      "'refused'); END");
+    }
     editor.SaveWageTab();
 
     EXPECT_EQ(messages.requests.size(), 1u) << "reported once, by the step that failed";

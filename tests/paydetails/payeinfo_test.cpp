@@ -27,7 +27,8 @@ TEST_F(PayeInfoTest, StoredValueWins)
 {
     m_suite.writeIni("[TAX]\r\nWageAccount=403000\r\n");
     m_suite.execFarm("INSERT INTO PayeInfo (WageAccount, EmployerName) VALUES (402005, 'Acme')");
-    Database db(m_suite.farmPath());
+    const auto books = m_suite.openBooks();
+    Database &db = *books;
     EXPECT_EQ(PayeInfo(db, "WageAccount", 1).toLongLong(), 402005);
     EXPECT_EQ(wageAccount(db), 402005);
     EXPECT_TRUE(m_recorder.requests.empty());
@@ -36,7 +37,8 @@ TEST_F(PayeInfoTest, StoredValueWins)
 TEST_F(PayeInfoTest, NullOrEmptyGivesTheDefaultSilently)
 {
     m_suite.execFarm("INSERT INTO PayeInfo (WageAccount, EmployerName) VALUES (NULL, '')");
-    Database db(m_suite.farmPath());
+    const auto books = m_suite.openBooks();
+    Database &db = *books;
     EXPECT_EQ(PayeInfo(db, "EmployerName", "none").toString(), "none");
     m_suite.writeIni("[TAX]\r\nWageAccount=403000\r\n");
     EXPECT_EQ(wageAccount(db), 403000);
@@ -47,7 +49,8 @@ TEST_F(PayeInfoTest, NullOrEmptyGivesTheDefaultSilently)
 
 TEST_F(PayeInfoTest, FailuresThrowForTheProcedureToTell)
 {
-    Database db(m_suite.farmPath());
+    const auto books = m_suite.openBooks();
+    Database &db = *books;
     // No record: reading the column fails even though the table is empty.
     EXPECT_EQ(errorOf([&] { wageAccount(db); }), CvError::NoCurrentRecord);
     m_suite.execFarm("INSERT INTO PayeInfo (WageAccount) VALUES (402005)");

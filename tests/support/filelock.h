@@ -19,8 +19,8 @@ public:
     explicit FileLock(const TempSuite &suite, Kind kind = Writing)
     {
         if (suite.onServer())
-            m_server = std::make_unique<TempServer::Lock>(suite.serverConnection(),
-                                                          kind == Exclusive);
+            m_server =
+                std::make_unique<TempServer::Lock>(suite.serverConnection(), kind == Exclusive);
         else
             lock(suite.farmPath(), kind);
     }

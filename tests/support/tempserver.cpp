@@ -16,20 +16,23 @@ pg_conn *connect(const QString &connection)
         PQfinish(conn);
         throw CvError(CvError::SqlError, "TempServer", connection + ": " + why);
     }
-    PQsetNoticeProcessor(conn, [](void *, const char *) {}, nullptr);
+    PQsetNoticeProcessor(
+        conn, [](void *, const char *) {}, nullptr);
     return conn;
 }
 
-// "Name" -> "name": the server's tables are made in lower case.
+// "Name" and [Name] -> "name": the server's tables are made in lower case.
 QString folded(const QString &sql)
 {
     QString out;
     bool inText = false, inName = false;
-    for (const QChar c : sql) {
-        if (!inName && c == u'\'')
+    for (QChar c : sql) {
+        if (!inName && c == u'\'') {
             inText = !inText;
-        else if (!inText && c == u'"')
-            inName = !inName;
+        } else if (!inText && (c == u'"' || c == u'[' || c == u']')) {
+            inName = c != u']' && (c == u'[' || !inName);
+            c = u'"';
+        }
         out += inName ? c.toLower() : c;
     }
     return out;

@@ -34,7 +34,8 @@ TempSuite::TempSuite(bool withDataFiles)
     const QString server = testServer();
     if (withDataFiles && !server.isEmpty()) {
         static int counter = 0;
-        m_serverDatabase = QString("cvt_%1_%2").arg(QCoreApplication::applicationPid()).arg(++counter);
+        m_serverDatabase =
+            QString("cvt_%1_%2").arg(QCoreApplication::applicationPid()).arg(++counter);
         TempServer::admin(server + " dbname=postgres",
                           "CREATE DATABASE " + m_serverDatabase + " TEMPLATE corvane");
         m_server = server + " dbname=" + m_serverDatabase;
@@ -42,7 +43,7 @@ TempSuite::TempSuite(bool withDataFiles)
         QDir().mkpath(commonDir());
         SuiteFiles::writeIni(iniPath());
         QByteArray ini = readIni();
-        ini.replace("DatabaseServer=\r\n", "DatabaseServer=" + m_server.toUtf8() + "\r\n");
+        ini.replace("DatabaseServer=\r\n", QByteArray());
         writeIni(ini);
     } else if (withDataFiles) {
         SuiteFiles::initSuite(dir());
@@ -69,8 +70,19 @@ TempSuite::~TempSuite()
         qunsetenv("CORVANE_SHARED_DOCUMENTS");
 }
 
-void TempSuite::writeIni(const QByteArray &bytes) const
+void TempSuite::writeIni(const QByteArray &given) const
 {
+    // On the server the INI file always names it, whatever a test writes.
+    QByteArray bytes = given;
+    if (onServer() && !bytes.contains("DatabaseServer=")) {
+        const QByteArray line = "DatabaseServer=" + m_server.toUtf8() + "\r\n";
+        const qsizetype section = bytes.toUpper().indexOf("[CORVANE]");
+        const qsizetype lineEnd = section < 0 ? -1 : bytes.indexOf('\n', section);
+        if (lineEnd < 0)
+            bytes = "[CORVANE]\r\n" + line + bytes;
+        else
+            bytes.insert(lineEnd + 1, line);
+    }
     QFile f(iniPath());
     if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate))
         throw CvError(CvError::PermissionDenied, "TempSuite", "cannot write " + iniPath());

@@ -48,7 +48,8 @@ public:
     // Both data sets on one connection, as the module opens them.
     std::unique_ptr<Database> openBooks() const;
 
-    // Replaces the INI file with these bytes, exactly as given.
+    // Replaces the INI file with these bytes, exactly as given (on the server with the
+    // line naming it added when they lack one).
     void writeIni(const QByteArray &bytes) const;
     QByteArray readIni() const;
     void removeIni() const;
