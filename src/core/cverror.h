@@ -34,6 +34,7 @@ public:
         FieldTooSmall = 3163,
         FieldNotUpdatable = 3164,
         RecordDeleted = 3167,
+        DataChanged = 3197,
         DatabaseLocked = 3260,
         ItemNotFound = 3265,
         UnrecognizedFormat = 3343,

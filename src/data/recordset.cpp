@@ -1,6 +1,7 @@
 #include "data/recordset.h"
 
 #include "core/cverror.h"
+#include "data/changedbyanother.h"
 #include "data/cursor.h"
 #include "data/database.h"
 #include "data/databasestate.h"
@@ -26,6 +27,34 @@ bool isIntegral(JetType t)
 QString withColumn(const QString &sql, qsizetype fromPos, const QString &column)
 {
     return sql.left(fromPos) + QStringLiteral(", ") + column + u' ' + sql.mid(fromPos);
+}
+
+bool isNumber(const QVariant &v)
+{
+    switch (v.metaType().id()) {
+    case QMetaType::LongLong:
+    case QMetaType::Int:
+    case QMetaType::Double:
+    case QMetaType::Bool:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// Stored values alike: a whole number kept as an integer by one reading and as a real
+// by another (SQLite keeps whole reals in numeric columns as integers) is the same.
+// An empty text and Null are alike too: a window shows and writes both as an empty box.
+bool sameStored(const QVariant &a, const QVariant &b)
+{
+    const auto empty = [](const QVariant &v) {
+        return v.isNull() || (v.metaType().id() == QMetaType::QString && v.toString().isEmpty());
+    };
+    if (empty(a) || empty(b))
+        return empty(a) == empty(b);
+    if (isNumber(a) && isNumber(b))
+        return a.toDouble() == b.toDouble();
+    return a.toString() == b.toString();
 }
 
 [[noreturn]] void noCurrentRecord()
@@ -493,12 +522,31 @@ void Recordset::update()
             QStringList sets;
             for (const QString &c : columns)
                 sets << c + QStringLiteral(" = ?");
+            // Only over the values edit() read: another user's change since then is not
+            // overwritten unseen.
+            QStringList unchanged{rowid + QStringLiteral(" = ?")};
             values << cell(rowIndex, m_d->rowidCell);
-            if (s.exec(QStringLiteral("UPDATE %1 SET %2 WHERE %3 = ?")
-                           .arg(table, sets.join(u", "), rowid),
-                       values, Source) == 0)
+            const QString same =
+                s.isServer() ? QStringLiteral(" IS NOT DISTINCT FROM ?") : QStringLiteral(" IS ?");
+            for (int i = 0, c = 0; i < fieldCount(); ++i) {
+                if (m_changed[i] && m_d->updatable(m_fields[i])) {
+                    unchanged << columns.at(c++) + same;
+                    values << cell(rowIndex, i);
+                }
+            }
+            if (s.exec(QStringLiteral("UPDATE %1 SET %2 WHERE %3")
+                           .arg(table, sets.join(u", "), unchanged.join(QStringLiteral(" AND "))),
+                       values, Source) == 0) {
+                const std::unique_ptr<Cursor> still =
+                    s.select(QStringLiteral("SELECT 1 FROM %1 WHERE %2 = ?").arg(table, rowid),
+                             {cell(rowIndex, m_d->rowidCell)}, Source);
+                if (still->next())
+                    throw ChangedByAnother(Source,
+                                           QStringLiteral("Another user changed this record while "
+                                                          "it was being saved."));
                 throw CvError(CvError::RecordDeleted, Source,
                               QStringLiteral("Record is deleted: another program removed it."));
+            }
             for (int i = 0; i < fieldCount(); ++i) {
                 if (m_changed[i] && m_d->updatable(m_fields[i]))
                     cellRef(rowIndex, i) = m_buffer[i];
@@ -508,6 +556,34 @@ void Recordset::update()
     }
     m_d->indexedField = -1;
     m_editMode = EditNone;
+}
+
+std::vector<int> Recordset::mergeChangesOfOthers(const QHash<QString, QVariant> &read,
+                                                 const QSet<QString> &takeTheirs)
+{
+    if (m_editMode != EditInProgress)
+        notEditing();
+    const int row = currentRow();
+    std::vector<int> conflicts;
+    for (int i = 0; i < fieldCount(); ++i) {
+        const QString key = m_fields[i].name.toCaseFolded();
+        const auto was = read.constFind(key);
+        if (was == read.constEnd() || sameStored(cell(row, i), *was))
+            continue; // nobody else changed it
+        if (sameStored(m_buffer[i], *was) || takeTheirs.contains(key)) {
+            m_buffer[i] = cell(row, i);
+            m_changed[i] = false;
+        } else if (!sameStored(m_buffer[i], cell(row, i))) {
+            conflicts.push_back(i);
+        }
+    }
+    return conflicts;
+}
+
+QVariant Recordset::storedBeforeEdit(int index) const
+{
+    checkedIndex(index);
+    return cell(currentRow(), index);
 }
 
 void Recordset::cancelUpdate()

@@ -3,6 +3,8 @@
 #include "data/fieldinfo.h"
 
 #include <memory>
+#include <QHash>
+#include <QSet>
 #include <QString>
 #include <QVariant>
 #include <QVariantList>
@@ -85,8 +87,21 @@ public:
     void edit();
     void setValue(int index, const QVariant &value);
     void setValue(const QString &name, const QVariant &value);
+    // Writes the row. An edit writes only where the row still holds what edit() read:
+    // when another user changed a written value in between, nothing is written and
+    // ChangedByAnother is thrown (CvError 3197); when the row is gone, 3167.
     void update();
     void cancelUpdate();
+
+    // During edit(): the row as stored now (read by edit) against the values a window
+    // read when it showed the row (stored values by column name, any case). A field
+    // another user changed since then, which this edit sets to what the window read or
+    // whose column is in takeTheirs, goes back to their value; a field both changed
+    // to different values is a conflict. Returns the conflicting fields' positions.
+    std::vector<int> mergeChangesOfOthers(const QHash<QString, QVariant> &read,
+                                          const QSet<QString> &takeTheirs);
+    // The value as stored when edit() read the row.
+    QVariant storedBeforeEdit(int index) const;
     EditMode editMode() const { return m_editMode; }
     // Deletes the current row; moveNext() then goes to the row after it.
     void remove();

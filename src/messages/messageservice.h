@@ -5,8 +5,14 @@
 #include <QVariantList>
 
 // The buttons a message offers. Retry/Discard/Cancel asks what to do with a change
-// that could not be saved.
-enum MessageButtons : qint32 { ButtonsOk = 0, ButtonsYesNo = 4, ButtonsRetryDiscardCancel = 6 };
+// that could not be saved; Keep Mine/Take Theirs/Cancel (answered Yes, No, Cancel) what
+// to do with values another user changed meanwhile.
+enum MessageButtons : qint32 {
+    ButtonsOk = 0,
+    ButtonsYesNo = 4,
+    ButtonsRetryDiscardCancel = 6,
+    ButtonsKeepMineTakeTheirsCancel = 7
+};
 
 // The picture beside the prompt.
 enum MessageIcon : int { IconInformation = 6, IconQuestion = 9 };

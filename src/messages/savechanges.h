@@ -15,6 +15,8 @@ enum class SaveOutcome {
 // the wage file attached, so both files commit together or not at all). When it
 // fails, nothing of it is stored and the user is asked once, in one message naming
 // what was not saved and why: Retry runs the work again, Discard lets the change go,
-// Cancel goes back to it. The caller moves on, closes or reloads only after Saved or
-// Discarded.
+// Cancel goes back to it. When the work throws ChangedByAnother with a way to go on,
+// the user is asked instead whose values stand (Keep Mine, Take Theirs, or Cancel),
+// and the work runs again. The caller moves on, closes or reloads only after Saved
+// or Discarded.
 SaveOutcome saveChanges(Database &db, const QString &what, const std::function<void()> &work);

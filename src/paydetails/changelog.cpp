@@ -1,10 +1,10 @@
 #include "paydetails/changelog.h"
 
+#include "core/clock.h"
+#include "core/translate.h"
 #include "data/database.h"
 #include "data/money.h"
 #include "data/serialdate.h"
-#include "core/clock.h"
-#include "core/translate.h"
 
 namespace {
 

@@ -6,7 +6,9 @@
 #include "controls/filldaovbcombo.h"
 #include "core/clock.h"
 #include "core/cverror.h"
+#include "data/changedbyanother.h"
 #include "data/database.h"
+#include "data/jetvalue.h"
 #include "data/money.h"
 #include "data/recordset.h"
 #include "data/serialdate.h"
@@ -26,13 +28,8 @@
 namespace {
 
 // The bound column of each text field and list; the index decides the column.
-const char *const kTextColumns[PayDetailsEditor::TextCount] = {
-    "Birthdate", "IRDnumber",    "PayRate", "Yearlytotal",
-    "Datehired", "Datefinished", "TaxCode", "KiwiSaverStartDate"};
-const char *const kListColumns[PayDetailsEditor::ListCount] = {
-    "EmployeeTypeID",   "TaxTypeID", "PayIntervalID",
-    "BankID",           "HeadingID", "EnterpriseID",
-    "KiwiSaverEnrolID", nullptr,     "KiwiSaverEmployerRateID"};
+using PayFields::listColumns;
+using PayFields::textColumns;
 
 // The contribution table's own first row, standing for no rate chosen.
 const QString kPleaseSelect = QStringLiteral("<Please Select>");
@@ -157,6 +154,8 @@ void PayDetailsEditor::load(Database &suite, qint32 addressId)
     m_db = &suite;
     m_addressId = addressId;
     m_pendingLog.clear();
+    m_pendingLogColumns.clear();
+    m_takeTheirs.clear();
     try {
         const Selection chosen = readRow(suite);
         fillLists(suite, chosen);
@@ -183,6 +182,9 @@ PayDetailsEditor::Selection PayDetailsEditor::readRow(Database &suite)
     chosen.heading = proposedHeading(suite);
     qint32 employee = 0;
     Recordset rs(suite, kEmployeeQuery, {m_addressId}, Recordset::Snapshot);
+    m_readRow.clear();
+    for (int i = 0; !rs.eof() && i < rs.fieldCount(); ++i)
+        m_readRow.insert(rs.field(i).name.toCaseFolded(), rs.storedValue(i));
     if (rs.eof()) {
         for (QString &t : m_text)
             t.clear();
@@ -198,7 +200,7 @@ PayDetailsEditor::Selection PayDetailsEditor::readRow(Database &suite)
         m_includeESCT = false;
     } else {
         for (int i = 0; i < TextCount; ++i) {
-            const QVariant v = rs.value(QString::fromLatin1(kTextColumns[i]));
+            const QVariant v = rs.value(QString::fromLatin1(textColumns[i]));
             QString &t = m_text[std::size_t(i)];
             if (v.isNull()) {
                 t.clear();
@@ -338,10 +340,14 @@ bool PayDetailsEditor::save()
         saveRow(member);
         appendToNotes(*m_db, m_pendingLog, m_addressId);
     });
-    if (outcome == SaveOutcome::Discarded)
+    // Discarded, or saved with another user's values taken: show what is stored.
+    if (outcome == SaveOutcome::Discarded ||
+        (outcome == SaveOutcome::Saved && !m_takeTheirs.isEmpty()))
         load(*m_db, m_addressId);
-    if (outcome != SaveOutcome::Kept)
+    if (outcome != SaveOutcome::Kept) {
         m_pendingLog.clear();
+        m_pendingLogColumns.clear();
+    }
     markChanged();
     return outcome != SaveOutcome::Kept;
 }
@@ -361,12 +367,12 @@ void PayDetailsEditor::saveRow(bool member)
     // then keeps what the user typed, rather than storing the rest without it.
     for (int i = 0; i < KiwiSaverStartDate; ++i) {
         const QString &t = m_text[std::size_t(i)];
-        rs.setValue(QString::fromLatin1(kTextColumns[i]), t.isEmpty() ? QVariant() : QVariant(t));
+        rs.setValue(QString::fromLatin1(textColumns[i]), t.isEmpty() ? QVariant() : QVariant(t));
     }
     for (int i = Occupation; i <= Enterprise; ++i) {
         if (i == Heading || m_lists[std::size_t(i)].listIndex() < 0)
             continue;
-        rs.setValue(QString::fromLatin1(kListColumns[i]), m_lists[std::size_t(i)].currentData());
+        rs.setValue(QString::fromLatin1(listColumns[i]), m_lists[std::size_t(i)].currentData());
     }
     const qint32 employee = qint32(rs.value(QStringLiteral("EmployeeID")).toLongLong());
 
@@ -389,9 +395,78 @@ void PayDetailsEditor::saveRow(bool member)
     }
     m_kiwiSaverEnrolled = member;
     rs.setValue(QStringLiteral("ExcludeIR348"), m_excludeIR348);
+    if (rs.editMode() == Recordset::EditInProgress)
+        guardOthersChanges(rs);
     rs.update();
+    // What is stored now is what the next save compares with.
+    rs.setBookmark(rs.lastModified());
+    for (int i = 0; i < rs.fieldCount(); ++i)
+        m_readRow.insert(rs.field(i).name.toCaseFolded(), rs.storedValue(i));
     m_employeeId = employee;
     SaveDeductXArray(*m_grid, db, employee);
+}
+
+void PayDetailsEditor::guardOthersChanges(Recordset &rs)
+{
+    const std::vector<int> conflicts = rs.mergeChangesOfOthers(m_readRow, m_takeTheirs);
+    if (conflicts.empty())
+        return;
+    std::vector<ChangedByAnother::Difference> differences;
+    QStringList columns;
+    QVariantList theirs;
+    for (const int i : conflicts) {
+        const QString column = rs.field(i).name;
+        columns << column.toCaseFolded();
+        theirs << rs.storedBeforeEdit(i);
+        differences.push_back({PayFields::columnCaption(column),
+                               storedText(rs, i, rs.storedValue(i)),
+                               storedText(rs, i, rs.storedBeforeEdit(i))});
+    }
+    throw ChangedByAnother(
+        QStringLiteral("PayDetailsEditor"),
+        QStringLiteral("Someone else changed these pay details since they were opened."),
+        std::move(differences), [this, columns, theirs](bool keepMine) {
+            for (qsizetype k = 0; k < columns.size(); ++k) {
+                if (keepMine) {
+                    m_readRow.insert(columns[k], theirs[k]); // theirs is seen: mine goes over it
+                    continue;
+                }
+                m_takeTheirs.insert(columns[k]);
+                // The change log tells only of changes stored.
+                for (qsizetype l = m_pendingLog.size() - 1; l >= 0; --l) {
+                    if (m_pendingLogColumns[l] == columns[k]) {
+                        m_pendingLog.removeAt(l);
+                        m_pendingLogColumns.removeAt(l);
+                    }
+                }
+            }
+        });
+}
+
+// A stored value as the window shows it: a list's item by its key, money and dates as
+// typed.
+QString PayDetailsEditor::storedText(const Recordset &rs, int index, const QVariant &stored) const
+{
+    if (stored.isNull())
+        return QStringLiteral("(empty)");
+    const QString column = rs.field(index).name;
+    for (int l = 0; l < ListCount; ++l) {
+        if (listColumns[l] &&
+            column.compare(QLatin1String(listColumns[l]), Qt::CaseInsensitive) == 0) {
+            for (const ComboItem &item : m_lists[std::size_t(l)].items()) {
+                if (item.data == stored.toLongLong())
+                    return item.text;
+            }
+        }
+    }
+    const QVariant v = JetValue::fromStorage(stored, rs.field(index).type);
+    if (v.metaType() == QMetaType::fromType<Money>())
+        return v.value<Money>().toString();
+    if (v.metaType() == QMetaType::fromType<QDateTime>())
+        return SerialDate::toShortText(v.toDate());
+    if (v.metaType() == QMetaType::fromType<bool>())
+        return v.toBool() ? QStringLiteral("Yes") : QStringLiteral("No");
+    return v.toString();
 }
 
 bool PayDetailsEditor::queryClose()

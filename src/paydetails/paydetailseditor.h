@@ -8,12 +8,14 @@
 #include <QDate>
 #include <QHash>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 
 class Database;
 class DeductionGrid;
+class Recordset;
 
 // One employee's pay details as the pay details dialog (frmPaydetails) and the
 // address window's wages tab both edit them: the Employees row, KiwiSaver
@@ -166,7 +168,10 @@ private:
     void showRatesFor(bool member);
     void normaliseText(int field);
     QString textProblem(int field) const;
-    void logLine(const QString &line);
+    void logLine(const QString &line, const QString &column);
+    // Throws ChangedByAnother when rs (being edited) would overwrite another user's values.
+    void guardOthersChanges(Recordset &rs);
+    QString storedText(const Recordset &rs, int index, const QVariant &stored) const;
     bool save();
     void saveRow(bool member);
 
@@ -197,5 +202,11 @@ private:
     std::array<QString, ListCount> m_focusListText;
     std::unique_ptr<DeductionGrid> m_grid;
     QStringList m_pendingLog;
+    QStringList m_pendingLogColumns;    // the column each line tells of
     QHash<QString, bool> m_memberTypes; // KiwiSaver enrolment types: member or not
+    // The employee row as this window read it (stored values by folded column name), so
+    // that a save does not overwrite unseen what another user stored meanwhile; and the
+    // columns where the user chose to take the other user's value.
+    QHash<QString, QVariant> m_readRow;
+    QSet<QString> m_takeTheirs;
 };

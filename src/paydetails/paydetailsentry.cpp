@@ -101,10 +101,12 @@ void PayDetailsEditor::normaliseText(int field)
     }
 }
 
-void PayDetailsEditor::logLine(const QString &line)
+void PayDetailsEditor::logLine(const QString &line, const QString &column)
 {
-    if (!line.isEmpty())
-        m_pendingLog << line;
+    if (line.isEmpty())
+        return;
+    m_pendingLog << line;
+    m_pendingLogColumns << column.toCaseFolded();
 }
 
 bool PayDetailsEditor::textFocusOut(int field)
@@ -132,7 +134,8 @@ bool PayDetailsEditor::textFocusOut(int field)
             oldText = old.value<Money>().toString();
         else
             oldText = old.toString();
-        logLine(valueChangeLine(qint16(field), m_text[std::size_t(field)], oldText));
+        logLine(valueChangeLine(qint16(field), m_text[std::size_t(field)], oldText),
+                QString::fromLatin1(PayFields::textColumns[field]));
     } catch (const CvError &e) {
         showErrorReport(e,
                         origin(m_host == Host::Dialog ? "TxtWage_LostFocus" : "Text2_LostFocus"));
@@ -152,7 +155,8 @@ void PayDetailsEditor::listChosen(int index, int itemIndex)
     try {
         l.setListIndex(itemIndex);
         if (index == PayInterval)
-            logLine(namedFieldChangeLine(l.text(), m_focusListText[PayInterval], qint16(index)));
+            logLine(namedFieldChangeLine(l.text(), m_focusListText[PayInterval], qint16(index)),
+                    QString::fromLatin1(PayFields::listColumns[PayInterval]));
         if (index == Bank)
             m_bankId = l.currentData();
     } catch (const CvError &e) {
@@ -170,7 +174,8 @@ void PayDetailsEditor::listFocusOut(int index)
         if (index == Occupation)
             captionPayRate(m_lists[Occupation].currentData());
         logLine(namedFieldChangeLine(m_lists.at(std::size_t(index)).text(),
-                                     m_focusListText.at(std::size_t(index)), qint16(index)));
+                                     m_focusListText.at(std::size_t(index)), qint16(index)),
+                QString::fromLatin1(PayFields::listColumns[index]));
     } catch (const CvError &e) {
         showErrorReport(e, origin("cmbWage_LostFocus"));
     }

@@ -274,3 +274,58 @@ TEST_F(EditorBooks, FailedSavePartWayLeavesThePreviousRows)
     EXPECT_EQ(count("SELECT COUNT(*) FROM EmployeeDeductions WHERE EmployeeID = 5"), 2);
     EXPECT_FALSE(wage->inTransaction());
 }
+
+// Two clerks open the same employee; the first saves a new pay rate. The second's save
+// keeps every value the first stored unless the second changed it too, and then asks
+// whose value stands; the change log tells only of what was stored.
+TEST_F(EditorBooks, TwoClerksOnOneEmployeeLoseNothingUnseen)
+{
+    const struct
+    {
+        const char *secondRate; // nullptr: the second leaves the rate alone
+        qint16 answer;
+        int storedRate; // dollars
+        const char *storedTaxCode;
+        bool logsSecondRate;
+    } cases[] = {
+        {nullptr, ResultOk, 31, "ME", false},     // different fields: both stand, no question
+        {"40", ResultYes, 40, "ME", true},        // Keep Mine
+        {"40", ResultNo, 31, "ME", false},        // Take Theirs, the rest of mine is saved
+        {"40", ResultCancel, 31, nullptr, false}, // nothing of mine yet; I stay on my changes
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.secondRate ? c.secondRate : "rate untouched");
+        suite.execWage(
+            "UPDATE Employees SET PayRate = 250000, TaxCode = NULL WHERE EmployeeID = 5");
+        suite.execFarm("UPDATE Addresses SET notes = NULL WHERE AddressID = 37");
+        const auto otherBooks = suite.openBooks();
+        Editor first(Editor::Host::Dialog), second(Editor::Host::Dialog);
+        first.load(*farm, 37);
+        second.load(*otherBooks, 37);
+        type(second, Editor::TaxCode, "ME");
+        if (c.secondRate)
+            type(second, Editor::PayRate, c.secondRate);
+        type(first, Editor::PayRate, "31");
+        EXPECT_FALSE(first.queryClose());
+        messages.requests.clear();
+        messages.answers = {c.answer};
+
+        EXPECT_EQ(second.queryClose(), c.answer == ResultCancel) << "stays open on Cancel";
+        ASSERT_EQ(messages.requests.size(), c.secondRate ? 1u : 0u);
+        if (c.secondRate) {
+            EXPECT_EQ(messages.requests[0].buttons, ButtonsKeepMineTakeTheirsCancel);
+            EXPECT_TRUE(
+                messages.requests[0].prompt.contains("Pay rate: yours $40.00, theirs $31.00"))
+                << messages.requests[0].prompt.toStdString();
+        }
+        EXPECT_EQ(stored(37, "PayRate").value<Money>(), Money::fromUnits(c.storedRate));
+        EXPECT_EQ(stored(37, "TaxCode").toString(), QString(c.storedTaxCode));
+        const QString notes =
+            suite.farmValue("SELECT notes FROM Addresses WHERE AddressID = 37").toString();
+        EXPECT_TRUE(notes.contains("amended to $31.00"));
+        EXPECT_EQ(notes.contains("amended to $40.00"), c.logsSecondRate) << notes.toStdString();
+        if (c.answer == ResultCancel) {
+            EXPECT_EQ(second.text(Editor::PayRate), "$40.00") << "the typing is kept";
+        }
+    }
+}

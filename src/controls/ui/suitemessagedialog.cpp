@@ -30,9 +30,11 @@ QLabel *textLabel(const QString &text, const char *name, QWidget *parent)
 } // namespace
 
 SuiteMessageDialog::SuiteMessageDialog(const MessageRequest &request, QWidget *parent)
-    : QDialog(parent), m_answer(request.buttons == ButtonsYesNo                ? ResultNo
-                                : request.buttons == ButtonsRetryDiscardCancel ? ResultCancel
-                                                                               : ResultOk),
+    : QDialog(parent), m_answer(request.buttons == ButtonsYesNo ? ResultNo
+                                : request.buttons == ButtonsRetryDiscardCancel ||
+                                        request.buttons == ButtonsKeepMineTakeTheirsCancel
+                                    ? ResultCancel
+                                    : ResultOk),
       m_escapeAnswer(m_answer)
 {
     setWindowTitle(request.caption);
@@ -99,6 +101,19 @@ SuiteMessageDialog::SuiteMessageDialog(const MessageRequest &request, QWidget *p
         connect(cancel, &QPushButton::clicked, this, [this] { finish(ResultCancel); });
         retry->setDefault(true);
         retry->setFocus();
+    } else if (request.buttons == ButtonsKeepMineTakeTheirsCancel) {
+        // No default: the user must read whose values are lost. Escape goes back.
+        QPushButton *mine = m_buttons->addButton(tr("&Keep Mine"), QDialogButtonBox::AcceptRole);
+        QPushButton *theirs =
+            m_buttons->addButton(tr("&Take Theirs"), QDialogButtonBox::DestructiveRole);
+        QPushButton *cancel = m_buttons->addButton(QDialogButtonBox::Cancel);
+        mine->setObjectName("cmdKeepMine");
+        theirs->setObjectName("cmdTakeTheirs");
+        connect(mine, &QPushButton::clicked, this, [this] { finish(ResultYes); });
+        connect(theirs, &QPushButton::clicked, this, [this] { finish(ResultNo); });
+        connect(cancel, &QPushButton::clicked, this, [this] { finish(ResultCancel); });
+        cancel->setDefault(true);
+        cancel->setFocus();
     } else if (request.buttons == ButtonsYesNo) {
         QPushButton *yes = m_buttons->addButton(QDialogButtonBox::Yes);
         QPushButton *no = m_buttons->addButton(QDialogButtonBox::No);
