@@ -151,6 +151,11 @@ void Recordset::load(const QString &source, QVariantList values)
     // A server has no rowid: its rows are edited by their key, always read as an extra
     // column so that the statement runs once.
     const bool keyColumn = s.isServer() && !updateTable.isEmpty();
+    // Rows read to be edited within a save are locked on a server until it ends, as a
+    // file is locked whole: a second save of the same rows waits, then reads them as
+    // the first left them, and replaces child rows that the first one wrote.
+    if (keyColumn && s.transactionDepth > 0)
+        sql += QStringLiteral(" FOR UPDATE OF ") + qualifier;
     std::unique_ptr<Cursor> st = s.select(
         keyColumn ? withColumn(sql, fromPos, qualifier + u'.' + s.rowid(updateTable, Source)) : sql,
         values, Source);

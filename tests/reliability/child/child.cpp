@@ -5,6 +5,8 @@
 //   stdout  TYPED kept|lost|na    after a reported failure: is the typed input still held
 //           AUTOCOMMIT 1|0        every open connection back in autocommit mode
 //           SAVED n / FAILED n / SILENT n / UNREAD n   (loop) each attempt's outcome
+//           SAVED n value / FAILED n / ASKED n   (clerk) each pay details save, and
+//           whether it asked whose value stands
 // Answers come from CV_ANSWERS (retry, cancel, discard, yes, no; "retry*" repeats).
 #include "../reliability.h"
 #include "addressbook/addressbooklogic.h"
@@ -50,12 +52,17 @@ public:
                      qPrintable(prompt));
         if (r.buttons == 4)
             return answer(QStringLiteral("yes"));
+        if (r.buttons == ButtonsKeepMineTakeTheirsCancel) {
+            ++questions;
+            return ResultYes; // keep mine
+        }
         // None of these saves says anything but a failure; the old error report is OK-only.
         ++failures;
         return r.buttons == 0 ? qint16(ResultOk) : answer(QStringLiteral("cancel"));
     }
 
-    int failures = 0; // messages other than a question
+    int failures = 0;  // messages other than a question
+    int questions = 0; // whose value stands
 
 private:
     qint16 answer(const QString &fallback)
@@ -240,6 +247,34 @@ void saveLoop(AddressBookLogic &logic, ScriptedMessages &messages, const QString
     }
 }
 
+// A clerk on a busy office's books: opens an employee's pay details, changes one field to
+// a value of its own, and closes (which saves), again and again until time is up.
+void clerkLoop(ScriptedMessages &messages, qint32 addressId, int field, int worker, int seconds)
+{
+    using E = PayDetailsEditor;
+    QDeadlineTimer deadline(seconds * 1000);
+    for (int n = 1; !deadline.hasExpired(); ++n) {
+        const QString value = field == E::PayRate ? QString::number(worker * 1000 + n)
+                                                  : QStringLiteral("w%1n%2").arg(worker).arg(n);
+        const int failures = messages.failures, questions = messages.questions;
+        E editor(E::Host::Dialog);
+        editor.loadFromSettings(addressId);
+        editor.textFocusIn(field);
+        editor.textEdited(field, value);
+        editor.textFocusOut(field);
+        const bool saved = !editor.queryClose();
+        if (messages.questions > questions)
+            std::printf("ASKED %d\n", n);
+        if (saved)
+            std::printf("SAVED %d %s\n", n, qPrintable(value));
+        else
+            std::printf("FAILED %d\n", n);
+        if (messages.failures > failures)
+            std::printf("TOLD %d\n", n);
+        std::fflush(stdout);
+    }
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -269,6 +304,9 @@ int main(int argc, char **argv)
         } else if (scenario == u"delete") {
             start(logic, 0, GoneName);
             logic.deleteEntry();
+        } else if (scenario == u"clerk" && argc > 5) {
+            clerkLoop(messages, std::atoi(argv[2]), std::atoi(argv[3]), std::atoi(argv[4]),
+                      std::atoi(argv[5]));
         } else if (scenario == u"loop" && argc > 3) {
             saveLoop(logic, messages, QString::fromLocal8Bit(argv[2]), std::atoi(argv[3]));
         } else {
