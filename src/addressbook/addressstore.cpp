@@ -137,6 +137,7 @@ bool AddressStore::hasTransactions(qint32 addressId) const
 }
 
 AddressStore::Written AddressStore::writeEntry(qint32 addressId, const Values &values,
+                                               const Values &read, const Conflicted &conflicted,
                                                const std::vector<int> &fields,
                                                const std::vector<int> &flags)
 {
@@ -148,6 +149,16 @@ AddressStore::Written AddressStore::writeEntry(qint32 addressId, const Values &v
     if (rs.eof())
         return written;
     rs.edit();
+    std::vector<Conflict> conflicts;
+    for (int i : fields) {
+        const QVariant now = rs.storedBeforeEdit(rs.fieldIndex(table[std::size_t(i)].column));
+        const QString theirs = now.isNull() ? QString() : now.toString();
+        const QString &mine = values.fields[std::size_t(i)];
+        if (theirs != read.fields[std::size_t(i)] && theirs != mine)
+            conflicts.push_back({i, theirs});
+    }
+    if (!conflicts.empty())
+        conflicted(conflicts);
     for (int i : fields) {
         const QString &text = values.fields[std::size_t(i)];
         try {
@@ -163,8 +174,13 @@ AddressStore::Written AddressStore::writeEntry(qint32 addressId, const Values &v
     return written;
 }
 
-void AddressStore::writeNotes(qint32 addressId, const QString &notes)
+void AddressStore::writeNotes(qint32 addressId, const QString &notes, const QString &readNotes,
+                              const Conflicted &conflicted)
 {
+    // The pay change log adds lines to the notes too: text changed since it was read
+    // is not overwritten unseen.
+    if (const QString theirs = this->readNotes(addressId); theirs != readNotes && theirs != notes)
+        conflicted({{-1, theirs}});
     m_db.execute(QStringLiteral("UPDATE Addresses SET notes = ? WHERE AddressID = ?"),
                  {notes, addressId});
 }

@@ -4,6 +4,7 @@
 #include "core/cverror.h"
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <QString>
 #include <QVariant>
@@ -49,6 +50,16 @@ public:
         std::vector<Refusal> refused;
     };
 
+    // A value another user stored since the window read it, which this save would
+    // overwrite with a different one: a field, or the notes (field -1).
+    struct Conflict
+    {
+        int field;
+        QString theirs;
+    };
+    // Told of the conflicts; the caller throws before its transaction ends.
+    using Conflicted = std::function<void(const std::vector<Conflict> &)>;
+
     struct Added
     {
         qint32 addressId = 0;
@@ -80,9 +91,15 @@ public:
     // Writes the given fields (an empty text as Null) and flags of the entry. A value its
     // column refuses is left as stored and returned with the column's error; the other
     // fields are written all the same. Nothing is written when the row has gone.
-    Written writeEntry(qint32 addressId, const Values &values, const std::vector<int> &fields,
+    // Writes the fields and flags listed. read holds what the window read: a listed
+    // field that another user changed since, to a value other than this one, is a
+    // conflict (conflicted is called).
+    Written writeEntry(qint32 addressId, const Values &values, const Values &read,
+                       const Conflicted &conflicted, const std::vector<int> &fields,
                        const std::vector<int> &flags);
-    void writeNotes(qint32 addressId, const QString &notes);
+    // The same for the notes, read as readNotes.
+    void writeNotes(qint32 addressId, const QString &notes, const QString &readNotes,
+                    const Conflicted &conflicted);
     // headingAccount Null clears the entry's heading.
     void writeHeading(qint32 addressId, const QVariant &headingAccount);
     // A new entry of this name; for an employee also its last name and, with the

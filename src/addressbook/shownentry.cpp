@@ -1,5 +1,6 @@
 #include "addressbook/shownentry.h"
 
+#include "data/changedbyanother.h"
 #include "messages/errorreport.h"
 #include "messages/savechanges.h"
 
@@ -139,6 +140,46 @@ std::vector<int> ShownEntry::changedFlags() const
     return flags;
 }
 
+// Another user changed values this save would overwrite: the user chooses, and the save
+// runs again over their values (Keep Mine) or with theirs shown and kept (Take Theirs).
+void ShownEntry::throwConflict(const std::vector<AddressStore::Conflict> &conflicts)
+{
+    const auto caption = [](int field) {
+        if (field < 0)
+            return QStringLiteral("Notes");
+        if (field == BusAddress2 || field == BusAddress3)
+            return QStringLiteral("Street Address line %1").arg(field - BusAddress1 + 1);
+        if (field == TaxNumber)
+            return QStringLiteral("Tax number");
+        QString c = QString(table[std::size_t(field)].caption);
+        return c.remove(QStringLiteral(" :"));
+    };
+    const auto shown = [](const QString &text) {
+        const QString line = text.simplified();
+        if (line.isEmpty())
+            return QStringLiteral("(empty)");
+        return line.size() > 60 ? line.left(57) + QStringLiteral("...") : line;
+    };
+    std::vector<ChangedByAnother::Difference> differences;
+    for (const AddressStore::Conflict &c : conflicts) {
+        const QString &mine = c.field < 0 ? m_notes : m_values.fields[std::size_t(c.field)];
+        differences.push_back({caption(c.field), shown(mine), shown(c.theirs)});
+    }
+    throw ChangedByAnother(
+        QStringLiteral("AddressBook"),
+        QStringLiteral("Someone else changed this entry since it was shown."),
+        std::move(differences), [this, conflicts](bool keepMine) {
+            ++m_shownRevision;
+            for (const AddressStore::Conflict &c : conflicts) {
+                QString &read = c.field < 0 ? m_storedNotes : m_stored.fields[std::size_t(c.field)];
+                QString &mine = c.field < 0 ? m_notes : m_values.fields[std::size_t(c.field)];
+                read = c.theirs; // seen now: the next save writes over it, or leaves it
+                if (!keepMine)
+                    mine = c.theirs;
+            }
+        });
+}
+
 void ShownEntry::saveHeading(AddressStore &store)
 {
     const int index = m_headingList.listIndex();
@@ -160,14 +201,23 @@ SaveOutcome ShownEntry::save(Database &db, bool withNotes)
         return SaveOutcome::Saved;
     const QString name = m_stored.fields[BusName];
     AddressStore::Written written;
+    // Both parts are checked before the user is asked, once; what was written is then
+    // rolled back with the rest.
+    std::vector<AddressStore::Conflict> conflicts;
+    const auto conflicted = [&conflicts](const std::vector<AddressStore::Conflict> &found) {
+        conflicts.insert(conflicts.end(), found.begin(), found.end());
+    };
     const SaveOutcome outcome =
         saveChanges(db, name.isEmpty() ? QStringLiteral("this entry") : name, [&] {
             AddressStore store(db);
-            written = store.writeEntry(m_id, m_values, fields, flags);
+            conflicts.clear();
+            written = store.writeEntry(m_id, m_values, m_stored, conflicted, fields, flags);
             if (m_headingChosen)
                 saveHeading(store);
             if (notesChanged)
-                store.writeNotes(m_id, m_notes);
+                store.writeNotes(m_id, m_notes, m_storedNotes, conflicted);
+            if (!conflicts.empty())
+                throwConflict(conflicts);
         });
     // Told once the save is over, as the bound data source tells its own: a message
     // shown inside the transaction would hold both files while the user reads it.

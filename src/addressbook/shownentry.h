@@ -57,6 +57,7 @@ public:
     static QString lastWord(const QString &name);
 
 private:
+    [[noreturn]] void throwConflict(const std::vector<AddressStore::Conflict> &conflicts);
     std::vector<int> changedFields() const;
     std::vector<int> changedFlags() const;
     void saveHeading(AddressStore &store);

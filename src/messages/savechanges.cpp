@@ -50,10 +50,11 @@ std::optional<SaveOutcome> askWhoseValues(const QString &what, const ChangedByAn
     for (const ChangedByAnother::Difference &d : changed.differences())
         lines += QStringLiteral("    %1: yours %2, theirs %3\n").arg(d.field, d.yours, d.theirs);
     const QString prompt =
-        QStringLiteral("Someone else changed %1 since you opened them, and you changed the same "
-                       "values:\n\n%2\nKeep Mine saves your values over theirs. Take Theirs "
-                       "keeps their values and saves your other changes. Cancel goes back to "
-                       "your changes; nothing is saved yet.")
+        QStringLiteral(
+            "Someone else saved changes to %1 while you were working on it, and "
+            "changed the same values:\n\n%2\nKeep Mine saves your values over theirs. Take Theirs "
+            "keeps their values and saves your other changes. Cancel goes back to "
+            "your changes; nothing is saved yet.")
             .arg(what, lines);
     switch (SuiteMessageBox(prompt, ButtonsKeepMineTakeTheirsCancel, FirmName(),
                             QStringLiteral("Changed by Someone Else"),

@@ -46,6 +46,45 @@ TEST_F(DisplayLogic, OnlyWhatTheUserChangedIsWrittenWhenAnotherEntryIsChosen)
     EXPECT_TRUE(messages.requests.empty());
 }
 
+// Another clerk saved the entry while it was on screen: what they changed and this user
+// did not stays theirs; a value both changed is asked about, and so are notes that the
+// pay change log added to.
+TEST_F(DisplayLogic, AnotherClerksSaveIsNotOverwrittenUnseen)
+{
+    const struct
+    {
+        qint16 answer;
+        const char *phone, *notes; // stored after the save, nullptr: as before it
+        bool movesOn;
+    } cases[] = {{ResultYes, "mine", "my note", true},
+                 {ResultNo, "theirs", "first line\r\n[log] theirs", true},
+                 {ResultCancel, nullptr, nullptr, false}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.answer);
+        suite.execFarm("UPDATE Addresses SET BusPhone = NULL, BusFax = NULL, notes = 'first line' "
+                       "WHERE AddressID = 1");
+        start(0);
+        logic.editField(Book::BusPhone, "mine");
+        logic.changeTab(logic.notesTab());
+        logic.editNotes("my note");
+        suite.execFarm("UPDATE Addresses SET BusPhone = 'theirs', BusFax = 'their fax', notes = "
+                       "'first line\r\n[log] theirs' WHERE AddressID = 1");
+        messages.requests.clear();
+        messages.answers = {c.answer};
+        choose("Carter");
+        ASSERT_EQ(messages.requests.size(), 1u);
+        const QString prompt = messages.requests[0].prompt;
+        EXPECT_TRUE(prompt.contains("Phone: yours mine, theirs theirs")) << prompt.toStdString();
+        EXPECT_TRUE(prompt.contains("Notes: yours my note, theirs first line [log] theirs"))
+            << prompt.toStdString();
+        EXPECT_EQ(logic.shownAddressId(), c.movesOn ? 3 : 1);
+        EXPECT_EQ(stored("BusPhone").toString(), c.phone ? c.phone : "theirs");
+        EXPECT_EQ(stored("notes").toString(), c.notes ? c.notes : "first line\r\n[log] theirs");
+        EXPECT_EQ(stored("BusFax").toString(), "their fax") << "not typed here, never written";
+        logic.unload();
+    }
+}
+
 TEST_F(DisplayLogic, RefusedValueIsReportedOnceAndTheOtherFieldsAreStillWritten)
 {
     suite.execFarm("UPDATE Addresses SET WageFlag = -1");
