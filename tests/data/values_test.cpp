@@ -130,6 +130,39 @@ TEST(JetSqlTest, TranslatesTheJetDialect)
         EXPECT_EQ(errorOf([&] { JetSql::translate(bad); }), CvError::SyntaxError) << bad;
 }
 
+// What the server's dialect changes; that the answers agree, the server tests show.
+TEST(JetSqlTest, TranslatesToTheServersDialect)
+{
+    const struct
+    {
+        const char *jet, *postgres;
+    } cases[] = {
+        // Names in the server's lower case; Nulls sorted first as Jet sorts them.
+        {"SELECT [Cached Name] FROM [Secondary Codes] ORDER BY t.Order DESC, [Cached Name]",
+         "SELECT \"cached name\" FROM \"secondary codes\" ORDER BY \"t\".\"order\" DESC NULLS "
+         "LAST, \"cached name\" NULLS FIRST"},
+        {"SELECT a FROM t WHERE b IN (SELECT TOP 2 c FROM u ORDER BY c) ORDER BY a",
+         "SELECT a FROM t WHERE b IN (SELECT c FROM u ORDER BY c NULLS FIRST LIMIT 2) ORDER BY a "
+         "NULLS FIRST"},
+        // LIKE without regard to case; a pattern with no LIKE equal as a regular expression.
+        {"SELECT a FROM t WHERE n LIKE \"100% W_*\"",
+         "SELECT a FROM t WHERE n ILIKE '100\\% W\\_%' ESCAPE '\\'"},
+        {"SELECT a FROM t WHERE n NOT LIKE \"[!a-c]#*\" AND m LIKE \"\u014c*\"",
+         "SELECT a FROM t WHERE n  !~* '^[^a-c][0-9].*$' AND m ~* '^[\u014c\u014d].*$'"}};
+    for (const auto &c : cases)
+        EXPECT_EQ(JetSql::translate(QString::fromUtf8(c.jet), JetSql::Dialect::Postgres),
+                  QString::fromUtf8(c.postgres))
+            << c.jet;
+
+    const auto t = JetSql::translation("SELECT a FROM t WHERE n NOT LIKE ? OR m LIKE ?",
+                                       JetSql::Dialect::Postgres);
+    QVariantList values{"#*", "B*"};
+    qsizetype from = t->fromPos;
+    EXPECT_EQ(JetSql::bind(*t, values, &from), "SELECT a FROM t WHERE n !~* ? OR m ILIKE ?");
+    EXPECT_EQ(values, QVariantList({"^[0-9].*$", "B%"}));
+    EXPECT_EQ(from, 9);
+}
+
 TEST(JetSqlTest, DescribesTheFirstTableOfASelect)
 {
     auto t = JetSql::translation("SELECT DISTINCTROW e.EmployeeID, DeductNames.TaxName FROM "
