@@ -140,6 +140,11 @@ QString AddressBookLogic::windowTitle() const
 void AddressBookLogic::FillNameList(bool currentOnly, qint32 &addressId, const QString &filter)
 {
     Batch batch(*this);
+    // A window whose load could not open the books has told the user once; its letter
+    // strip and switch do nothing more (a server that cannot be reached would otherwise
+    // be waited for and reported again at every click).
+    if (m_loaded && !m_farm)
+        return;
     try {
         // The window keeps both files open for its lifetime; a fresh pair of
         // connections per rebuild would cost more than the query on a small list.
