@@ -85,6 +85,29 @@ QVariant run(const QString &connection, const QStringList &statements)
     return value;
 }
 
+QList<QStringList> rows(const QString &connection, const QString &sql)
+{
+    pg_conn *conn = connect(connection);
+    PQclear(PQexec(conn, "SET search_path TO farm, wage, public"));
+    PGresult *r = PQexec(conn, folded(sql).toUtf8().constData());
+    QList<QStringList> out;
+    const bool ok = PQresultStatus(r) == PGRES_TUPLES_OK;
+    const QString failure = ok ? QString() : QString::fromUtf8(PQresultErrorMessage(r));
+    for (int row = 0; ok && row < PQntuples(r); ++row) {
+        QStringList cells;
+        for (int c = 0; c < PQnfields(r); ++c)
+            cells << (PQgetisnull(r, row, c)
+                          ? QString()
+                          : QString::fromUtf8(PQgetvalue(r, row, c), PQgetlength(r, row, c)));
+        out << cells;
+    }
+    PQclear(r);
+    PQfinish(conn);
+    if (!ok)
+        throw CvError(CvError::SqlError, "TempServer", sql + ": " + failure);
+    return out;
+}
+
 void admin(const QString &connection, const QString &statement)
 {
     pg_conn *conn = connect(connection);

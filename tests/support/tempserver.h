@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -14,6 +15,9 @@ namespace TempServer {
 // schemas on the search path and "quoted" names folded to the server's lower case; the
 // first column of the first row of the last one (typed as execOnFile's are).
 QVariant run(const QString &connection, const QStringList &statements);
+
+// Every row of a query as text, Null as an invalid QString (isNull()).
+QList<QStringList> rows(const QString &connection, const QString &sql);
 
 // Runs one statement outside a transaction (CREATE DATABASE and the like).
 void admin(const QString &connection, const QString &statement);
