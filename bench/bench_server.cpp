@@ -6,7 +6,6 @@
 // (it waits for the disk on commit, as an office's server would).
 #include "addressbook/addressbooklogic.h"
 #include "benchbook.h"
-#include "core/cverror.h"
 #include "data/database.h"
 #include "data/jetsql.h"
 #include "data/rowreader.h"
@@ -16,15 +15,15 @@
 #include "serverbooks.h"
 #include "suitefiles.h"
 
-#include <algorithm>
 #include <atomic>
 #include <charconv>
 #include <chrono>
-#include <cstdio>
 #include <libpq-fe.h>
+#include <map>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <sqlite3.h>
 #include <thread>
