@@ -8,6 +8,7 @@
 #include "suiteswitch.h"
 
 #include <QFileInfo>
+#include <QHash>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -248,6 +249,7 @@ QStringList schemaStatements(SuiteFiles::DataFile which)
     const QString schema = schemaName(which);
     QStringList out{QStringLiteral("CREATE SCHEMA %1").arg(schema)};
     QStringList comments;
+    QHash<QString, QString> primaryKeys; // by table, lower case
     static const QRegularExpression createTable(QStringLiteral("^CREATE\\s+TABLE\\s+"),
                                                 QRegularExpression::CaseInsensitiveOption);
     static const QRegularExpression createIndex(QStringLiteral("^CREATE\\s+(UNIQUE\\s+)?INDEX\\s+"),
@@ -263,6 +265,8 @@ QStringList schemaStatements(SuiteFiles::DataFile which)
             comments << QStringLiteral("COMMENT ON TABLE %1 IS %2").arg(qualified, literal(table));
             for (const QString &part : splitTopLevel(statement.mid(open + 1, close - open - 1))) {
                 const Column c = serverColumn(part);
+                if (c.definition.contains(QStringLiteral("PRIMARY KEY")))
+                    primaryKeys.insert(table.toLower(), c.name);
                 columns << QStringLiteral("    ") + c.definition;
                 const bool plain = !c.name.contains(u' ');
                 comments << QStringLiteral("COMMENT ON COLUMN %1.%2 IS %3")
@@ -278,14 +282,20 @@ QStringList schemaStatements(SuiteFiles::DataFile which)
             const QString table = readName(statement, &pos);
             const qsizetype open = statement.indexOf(u'(', pos);
             const qsizetype close = statement.lastIndexOf(u')');
+            // In the order the module's statements sort (Nulls first, as Jet), carrying
+            // the table's key, so that a sorted list is read from the index alone.
             QStringList keys;
             for (const QString &key : splitTopLevel(statement.mid(open + 1, close - open - 1))) {
                 qsizetype k = 0;
-                keys << quoted(readName(key, &k));
+                keys << quoted(readName(key, &k)) + QStringLiteral(" NULLS FIRST");
             }
-            out << QStringLiteral("CREATE %1INDEX %2 ON %3.%4 (%5)")
+            const QString primary = primaryKeys.value(table.toLower());
+            out << QStringLiteral("CREATE %1INDEX %2 ON %3.%4 (%5)%6")
                        .arg(i.captured(1).toUpper(), quoted(index), schema, quoted(table),
-                            keys.join(u", "));
+                            keys.join(u", "),
+                            primary.isEmpty()
+                                ? QString()
+                                : QStringLiteral(" INCLUDE (%1)").arg(quoted(primary)));
         }
     }
     return out + comments;
@@ -359,6 +369,9 @@ Counts copyToServer(const QString &dir, const QString &connection, bool force,
         counts = copyBooks(files, server, progress);
         resetSequences(server);
     });
+    // Statistics for the planner and the visibility map for index-only reads, which
+    // the server's own autovacuum would otherwise give a large book only later.
+    server.executeNative(QStringLiteral("VACUUM (ANALYZE)"));
     return counts;
 }
 

@@ -107,8 +107,10 @@ void appendToNotes(Database &farm, const QStringList &lines, qint32 addressId)
     const QString text = written.join(QStringLiteral("\r\n"));
     // The lines are appended inside the database: notes that have grown large are not
     // read into the program and written back whole for every save.
+    // Empty by its length: a case-blind compare would fold the whole memo first.
     farm.execute(QStringLiteral("UPDATE Addresses SET notes = CASE WHEN notes IS NULL OR "
-                                "notes = '' THEN ? ELSE notes || ? END WHERE AddressID = ?"),
+                                "length(notes) = 0 THEN ? ELSE notes || ? END WHERE "
+                                "AddressID = ?"),
                  {text, QString(QStringLiteral("\r\n") + text), addressId});
 }
 
