@@ -34,6 +34,7 @@ CREATE TABLE farm."addresses" (
     "taxnumber" citext COLLATE "C",
     "notes" citext COLLATE "C"
 );
+ALTER TABLE farm."addresses" ALTER COLUMN "notes" SET STORAGE EXTERNAL;
 CREATE INDEX "addresses_busname" ON farm."addresses" ("busname" NULLS FIRST) INCLUDE ("addressid");
 CREATE INDEX "addresses_wageflag" ON farm."addresses" ("wageflag" NULLS FIRST, "busname" NULLS FIRST) INCLUDE ("addressid");
 CREATE TABLE farm."transactions" (
