@@ -193,3 +193,33 @@ void SaveDeductXArray(DeductionGrid &grid, Database &wage, qint32 employeeId)
         }
     });
 }
+
+QString storedDeductions(Database &wage, qint32 employeeId)
+{
+    Recordset rs(wage,
+                 QStringLiteral("SELECT DeductID, FixedAmount, SpecialRate FROM EmployeeDeductions "
+                                "WHERE EmployeeID = ? AND TaxName Is Null ORDER BY DeductID, "
+                                "FixedAmount, SpecialRate"),
+                 {employeeId}, Recordset::Snapshot);
+    QStringList rows;
+    for (; !rs.eof(); rs.moveNext())
+        rows << QStringLiteral("%1|%2|%3")
+                    .arg(rs.storedValue(0).toLongLong())
+                    .arg(rs.storedValue(1).toLongLong())
+                    .arg(rs.storedValue(2).toDouble());
+    return rows.join(u'\n');
+}
+
+QString gridDeductions(const DeductionGrid &grid)
+{
+    QStringList rows;
+    for (int row = 0; row < grid.rowCount(); ++row) {
+        QStringList cells;
+        for (const int column :
+             {int(DeductionGrid::DeductIdColumn), int(DeductionGrid::FixedAmountColumn),
+              int(DeductionGrid::SpecialRateColumn)})
+            cells << grid.value(row, column).toString();
+        rows << cells.join(u'|');
+    }
+    return rows.join(u'\n');
+}

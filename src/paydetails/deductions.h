@@ -39,6 +39,11 @@ void ChangeRate(DeductionGrid &grid, int row, qint16 column);
 // back whole instead of committing half of it, and tells the user once.
 void SaveDeductXArray(DeductionGrid &grid, Database &wage, qint32 employeeId);
 
+// The employee's ordinary deductions as stored, and the grid's rows, each as one text to
+// compare with a later reading of the same.
+QString storedDeductions(Database &wage, qint32 employeeId);
+QString gridDeductions(const DeductionGrid &grid);
+
 // The Percentage of a DeductNames row rounded to a whole number (halves to even); 0 when
 // there is no such row. Throws CvError on a database failure.
 qint32 deductionPercentageByQuery(Database &wage, qint32 deductNameId);

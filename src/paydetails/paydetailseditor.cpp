@@ -283,8 +283,11 @@ void PayDetailsEditor::fillLists(Database &suite, const Selection &chosen)
 // same.
 void PayDetailsEditor::fillDeductions(Database &wage)
 {
-    reportedStep(ErrorOrigin::FillGridArray,
-                 [&] { fillDeductionRows(wage, m_employeeId, *m_grid); });
+    reportedStep(ErrorOrigin::FillGridArray, [&] {
+        fillDeductionRows(wage, m_employeeId, *m_grid);
+        m_readDeductions = storedDeductions(wage, m_employeeId);
+        m_gridAsRead = gridDeductions(*m_grid);
+    });
     try {
         fillDeductionList(wage, *m_grid, countryCode());
     } catch (const CvError &) {
@@ -403,7 +406,37 @@ void PayDetailsEditor::saveRow(bool member)
     for (int i = 0; i < rs.fieldCount(); ++i)
         m_readRow.insert(rs.field(i).name.toCaseFolded(), rs.storedValue(i));
     m_employeeId = employee;
-    SaveDeductXArray(*m_grid, db, employee);
+    saveDeductions(db, employee);
+}
+
+// The grid is written whole only over the rows it was read from: rows another user
+// changed since stay theirs unless this user changed the grid too and keeps theirs.
+void PayDetailsEditor::saveDeductions(Database &db, qint32 employee)
+{
+    static const QString key = QStringLiteral("deductions");
+    const QString stored = storedDeductions(db, employee);
+    const bool theirs = stored != m_readDeductions;
+    const bool mine = gridDeductions(*m_grid) != m_gridAsRead;
+    if (theirs && (!mine || m_takeTheirs.contains(key))) {
+        m_takeTheirs.insert(key); // shown as stored once saved
+    } else {
+        if (theirs) {
+            throw ChangedByAnother(
+                QStringLiteral("PayDetailsEditor"),
+                QStringLiteral("Someone else changed these deductions since they were opened."),
+                {{QStringLiteral("Deductions"), QStringLiteral("as on your screen"),
+                  QStringLiteral("as the other user saved them")}},
+                [this, stored](bool keepMine) {
+                    if (keepMine)
+                        m_readDeductions = stored;
+                    else
+                        m_takeTheirs.insert(key);
+                });
+        }
+        SaveDeductXArray(*m_grid, db, employee);
+    }
+    m_readDeductions = storedDeductions(db, employee);
+    m_gridAsRead = gridDeductions(*m_grid);
 }
 
 void PayDetailsEditor::guardOthersChanges(Recordset &rs)

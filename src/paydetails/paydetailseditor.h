@@ -171,6 +171,7 @@ private:
     void logLine(const QString &line, const QString &column);
     // Throws ChangedByAnother when rs (being edited) would overwrite another user's values.
     void guardOthersChanges(Recordset &rs);
+    void saveDeductions(Database &db, qint32 employee);
     QString storedText(const Recordset &rs, int index, const QVariant &stored) const;
     bool save();
     void saveRow(bool member);
@@ -209,4 +210,8 @@ private:
     // columns where the user chose to take the other user's value.
     QHash<QString, QVariant> m_readRow;
     QSet<QString> m_takeTheirs;
+    // The same for the ordinary deductions, which a save replaces whole: the rows as
+    // stored when read, and the grid as it was then.
+    QString m_readDeductions;
+    QString m_gridAsRead;
 };

@@ -4,6 +4,7 @@
 // transaction around the whole save).
 #include "data/money.h"
 #include "editor_fixture.h"
+#include "paydetails/deductiongrid.h"
 #include "paydetails/employeedefaults.h"
 #include "paydetails/paydetailseditor.h"
 #include "support/filelock.h"
@@ -327,5 +328,46 @@ TEST_F(EditorBooks, TwoClerksOnOneEmployeeLoseNothingUnseen)
         if (c.answer == ResultCancel) {
             EXPECT_EQ(second.text(Editor::PayRate), "$40.00") << "the typing is kept";
         }
+    }
+}
+
+// The deductions, which a save writes whole: a grid this clerk left alone keeps the rows
+// another clerk saved meanwhile; a grid both changed is asked about.
+TEST_F(EditorBooks, AnotherClerksDeductionsAreNotWrittenOverUnseen)
+{
+    const struct
+    {
+        const char *secondAmount; // nullptr: the second clerk leaves the grid alone
+        qint16 answer;
+        qint64 stored; // the union fees' fixed amount afterwards, in ten-thousandths
+    } cases[] = {{nullptr, ResultOk, 10000}, {"9.00", ResultYes, 90000}, {"9.00", ResultNo, 10000}};
+    const auto unionFees = [](Editor &editor) {
+        int row = 0;
+        while (editor.deductionGrid().value(row, DeductionGrid::DeductIdColumn).toInt() != 7)
+            ++row;
+        return row;
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.secondAmount ? c.secondAmount : "grid untouched");
+        suite.execWage("UPDATE EmployeeDeductions SET FixedAmount = 50000 WHERE DeductID = 7");
+        const auto otherBooks = suite.openBooks();
+        Editor first(Editor::Host::Dialog), second(Editor::Host::Dialog);
+        first.load(*farm, 37);
+        second.load(*otherBooks, 37);
+        type(second, Editor::TaxCode, "ME");
+        if (c.secondAmount)
+            second.gridCellEdited(unionFees(second), DeductionGrid::FixedAmountColumn,
+                                  c.secondAmount);
+        first.gridCellEdited(unionFees(first), DeductionGrid::FixedAmountColumn, "1.00");
+        EXPECT_FALSE(first.queryClose());
+        messages.requests.clear();
+        messages.answers = {c.answer};
+        EXPECT_FALSE(second.queryClose());
+        EXPECT_EQ(messages.requests.size(), c.secondAmount ? 1u : 0u);
+        EXPECT_EQ(suite.wageValue("SELECT FixedAmount FROM EmployeeDeductions WHERE DeductID = 7")
+                      .toLongLong(),
+                  c.stored);
+        EXPECT_EQ(count("SELECT COUNT(*) FROM EmployeeDeductions WHERE TaxName IS NULL"), 1);
+        EXPECT_EQ(stored(37, "TaxCode").toString(), "ME");
     }
 }
