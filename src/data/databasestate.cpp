@@ -49,13 +49,13 @@ bool needsUtf8(const QVariant &value)
     return false;
 }
 
-// The statement with the markers of such values cast from their UTF-8 bytes: the column
-// then holds exactly what QString::toUtf8 makes of the text.
-QString castMarkers(const QString &sql, const std::vector<bool> &cast)
+} // namespace
+
+QString replaceMarkers(const QString &sql, const std::function<QString(int)> &replace, int *count)
 {
     QString out;
     out.reserve(sql.size() + 32);
-    std::size_t marker = 0;
+    int marker = 0;
     QChar quote;
     for (const QChar c : sql) {
         if (!quote.isNull()) {
@@ -66,19 +66,15 @@ QString castMarkers(const QString &sql, const std::vector<bool> &cast)
         } else if (c == u'[') {
             quote = u']';
         } else if (c == u'?') {
-            const bool asText = marker < cast.size() && cast[marker];
-            ++marker;
-            if (asText) {
-                out += QStringLiteral("CAST(? AS TEXT)");
-                continue;
-            }
+            out += replace(marker++);
+            continue;
         }
         out += c;
     }
+    if (count)
+        *count = marker;
     return out;
 }
-
-} // namespace
 
 void DatabaseState::run(QSqlQuery &q, const QString &sql, const QVariantList &values,
                         const char *source)
@@ -87,7 +83,12 @@ void DatabaseState::run(QSqlQuery &q, const QString &sql, const QVariantList &va
     bool anyCast = false;
     for (qsizetype i = 0; i < values.size(); ++i)
         anyCast |= cast[std::size_t(i)] = needsUtf8(values.at(i));
-    prepare(q, anyCast ? castMarkers(sql, cast) : sql, source);
+    // The markers of such values cast from their UTF-8 bytes: the column then holds
+    // exactly what QString::toUtf8 makes of the text.
+    const auto marker = [&cast](int n) {
+        return cast[std::size_t(n)] ? QStringLiteral("CAST(? AS TEXT)") : QStringLiteral("?");
+    };
+    prepare(q, anyCast ? replaceMarkers(sql, marker) : sql, source);
     for (qsizetype i = 0; i < values.size(); ++i)
         q.bindValue(int(i), cast[std::size_t(i)] ? QVariant(values.at(i).toString().toUtf8())
                                                  : values.at(i));
@@ -163,9 +164,9 @@ std::unique_ptr<Cursor> DatabaseState::select(const QString &sql, const QVariant
 
 QString DatabaseState::rowid(const QString &tableName, const char *source)
 {
-    const Table &t = table(tableName, source);
     if (!isServer())
         return QStringLiteral("_rowid_");
+    const Table &t = table(tableName, source);
     if (t.key.isEmpty())
         throw CvError(
             CvError::NotUpdatable, source,

@@ -3,6 +3,7 @@
 #include "data/fieldinfo.h"
 #include "data/jetsql.h"
 
+#include <functional>
 #include <memory>
 #include <QHash>
 #include <QSqlDatabase>
@@ -15,6 +16,11 @@ struct sqlite3;
 struct pg_conn;
 struct pg_result;
 class Cursor;
+
+// The statement with each ? marker outside quotes and brackets replaced by what
+// replace(n) gives for the n-th (from 0); *count, when given, receives how many there are.
+QString replaceMarkers(const QString &sql, const std::function<QString(int)> &replace,
+                       int *count = nullptr);
 
 // What a Database shares with the recordsets opened on it, so that a recordset
 // outliving its database fails cleanly instead of touching a closed connection.

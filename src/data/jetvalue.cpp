@@ -45,7 +45,7 @@ bool isText(const QVariant &v)
     return id == QMetaType::QString || id == QMetaType::QByteArray || id == QMetaType::QChar;
 }
 
-bool isInteger(const QVariant &v)
+bool integerType(const QVariant &v)
 {
     switch (v.metaType().id()) {
     case QMetaType::Int:
@@ -65,7 +65,7 @@ bool isInteger(const QVariant &v)
     }
 }
 
-bool isReal(const QVariant &v)
+bool realType(const QVariant &v)
 {
     const int id = v.metaType().id();
     return id == QMetaType::Double || id == QMetaType::Float;
@@ -84,14 +84,14 @@ std::optional<Money> asAmount(const QVariant &value, const QLocale &locale)
         return value.value<Money>();
     if (value.metaType().id() == QMetaType::Bool)
         return Money::fromUnits(value.toBool() ? -1 : 0);
-    if (isInteger(value)) {
+    if (integerType(value)) {
         const qint64 v = value.toLongLong();
         if (v > std::numeric_limits<qint64>::max() / Money::Scale ||
             v < std::numeric_limits<qint64>::min() / Money::Scale)
             return std::nullopt;
         return Money::fromUnits(v);
     }
-    if (isReal(value))
+    if (realType(value))
         return Money::fromDouble(value.toDouble());
     if (isText(value))
         return numberFromText(value.toString(), locale);
@@ -113,9 +113,9 @@ qint64 roundToEven(Money m)
 QVariant toInteger(const QVariant &value, const FieldInfo &field, const QLocale &locale)
 {
     qint64 v = 0;
-    if (isInteger(value)) {
+    if (integerType(value)) {
         v = value.toLongLong();
-    } else if (isReal(value)) {
+    } else if (realType(value)) {
         const double d = value.toDouble();
         if (!std::isfinite(d))
             mismatch(value, field);
@@ -138,7 +138,7 @@ QVariant toInteger(const QVariant &value, const FieldInfo &field, const QLocale 
 QVariant toReal(const QVariant &value, const FieldInfo &field, const QLocale &locale)
 {
     double d = 0;
-    if (isInteger(value) || isReal(value)) {
+    if (integerType(value) || realType(value)) {
         d = value.toDouble();
     } else if (value.metaType() == QMetaType::fromType<Money>()) {
         d = value.value<Money>().toDouble();
@@ -176,7 +176,7 @@ QVariant toDateTime(const QVariant &value, const FieldInfo &field, const QLocale
     default:
         break;
     }
-    if (isInteger(value) || isReal(value))
+    if (integerType(value) || realType(value))
         return QVariant(value.toDouble());
     if (isText(value)) {
         if (const auto dt = SerialDate::parse(value.toString(), locale))
@@ -196,7 +196,7 @@ QVariant toYesNo(const QVariant &value, const FieldInfo &field, const QLocale &l
         if (t == u"false" || t == u"no" || t == u"off")
             return JetValue::yesNo(false);
     }
-    if (isReal(value))
+    if (realType(value))
         return JetValue::yesNo(value.toDouble() != 0);
     const auto amount = asAmount(value, locale);
     if (!amount)
@@ -213,7 +213,7 @@ QVariant toText(const QVariant &value, const FieldInfo &field, const QLocale &lo
         text = value.value<Money>().toPlainString(locale);
     else if (value.metaType().id() == QMetaType::QDate)
         text = locale.toString(value.toDate(), QLocale::ShortFormat);
-    else if (isReal(value))
+    else if (realType(value))
         text = QString::number(value.toDouble(), 'g', 15);
     else if (value.canConvert<QString>())
         text = value.toString();
@@ -236,7 +236,7 @@ QVariant JetValue::fromStorage(const QVariant &stored, JetType type)
     switch (type) {
     case JetType::Currency: {
         registerConverters();
-        if (isReal(stored)) // a value written by other means than this layer
+        if (realType(stored)) // a value written by other means than this layer
             return QVariant::fromValue(
                 Money::fromDouble(stored.toDouble() / Money::Scale).value_or(Money()));
         return QVariant::fromValue(Money::fromScaled(stored.toLongLong()));
@@ -262,7 +262,7 @@ QVariant JetValue::toStorage(const QVariant &value, const FieldInfo &field, cons
     case JetType::Currency: {
         const auto amount = asAmount(value, locale);
         if (!amount) {
-            if (isReal(value) && std::isfinite(value.toDouble()))
+            if (realType(value) && std::isfinite(value.toDouble()))
                 overflow(field);
             mismatch(value, field);
         }
@@ -317,4 +317,14 @@ QVariant JetValue::toParameter(const QVariant &value)
             return value.value<Money>().scaled();
         return value;
     }
+}
+
+bool JetValue::isInteger(const QVariant &value)
+{
+    return integerType(value);
+}
+
+bool JetValue::isReal(const QVariant &value)
+{
+    return realType(value);
 }

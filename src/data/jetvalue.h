@@ -26,6 +26,10 @@ public:
     // Money its scaled integer, a date its serial number; others unchanged.
     static QVariant toParameter(const QVariant &value);
 
+    // The value's type is one of the integer types (char types too) / a real.
+    static bool isInteger(const QVariant &value);
+    static bool isReal(const QVariant &value);
+
     static int yesNo(bool value) { return value ? -1 : 0; }
     static bool isTrue(const QVariant &stored);
 };

@@ -31,15 +31,7 @@ QString withColumn(const QString &sql, qsizetype fromPos, const QString &column)
 
 bool isNumber(const QVariant &v)
 {
-    switch (v.metaType().id()) {
-    case QMetaType::LongLong:
-    case QMetaType::Int:
-    case QMetaType::Double:
-    case QMetaType::Bool:
-        return true;
-    default:
-        return false;
-    }
+    return JetValue::isInteger(v) || JetValue::isReal(v);
 }
 
 // Stored values alike: a whole number kept as an integer by one reading and as a real

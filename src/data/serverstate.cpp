@@ -5,6 +5,7 @@
 
 #include "core/cverror.h"
 #include "data/cursor.h"
+#include "data/jetvalue.h"
 
 #include <charconv>
 #include <libpq-fe.h>
@@ -27,30 +28,6 @@ using Result = std::unique_ptr<PGresult, ResultDeleter>;
 QString serverText(const char *text)
 {
     return QString::fromUtf8(text).trimmed();
-}
-
-// The statement with its ? markers numbered as the server wants them ($1, $2, ...);
-// markers inside quotes are text.
-QByteArray numberMarkers(const QString &sql, int *count)
-{
-    QString out;
-    out.reserve(sql.size() + 16);
-    int marker = 0;
-    QChar quote;
-    for (const QChar c : sql) {
-        if (!quote.isNull()) {
-            if (c == quote)
-                quote = QChar();
-        } else if (c == u'\'' || c == u'"') {
-            quote = c;
-        } else if (c == u'?') {
-            out += u'$' + QString::number(++marker);
-            continue;
-        }
-        out += c;
-    }
-    *count = marker;
-    return out.toUtf8();
 }
 
 // Values as libpq takes them: numbers typed, so that they compare as numbers; text of
@@ -76,37 +53,20 @@ struct Parameters
             const QVariant &v = list.at(qsizetype(i));
             if (v.isNull())
                 continue;
-            switch (v.metaType().id()) {
-            case QMetaType::Bool:
-                data[i] = v.toBool() ? "-1" : "0";
-                types[i] = Int8Oid;
-                break;
-            case QMetaType::Int:
-            case QMetaType::UInt:
-            case QMetaType::LongLong:
-            case QMetaType::ULongLong:
-            case QMetaType::Short:
-            case QMetaType::UShort:
-            case QMetaType::Long:
-            case QMetaType::ULong:
+            if (JetValue::isInteger(v)) {
                 data[i] = QByteArray::number(v.toLongLong());
                 types[i] = Int8Oid;
-                break;
-            case QMetaType::Double:
-            case QMetaType::Float:
+            } else if (JetValue::isReal(v)) {
                 data[i] = QByteArray::number(v.toDouble(), 'g', 17);
                 types[i] = Float8Oid;
-                break;
-            case QMetaType::QByteArray:
+            } else if (v.metaType().id() == QMetaType::QByteArray) {
                 data[i] = v.toByteArray();
                 formats[i] = 1;
                 types[i] = ByteaOid;
-                break;
-            default:
+            } else {
                 // The server's text cannot hold U+0000; a NUL pasted into a box goes.
                 data[i] = v.toString().toUtf8();
                 data[i].replace('\0', QByteArray());
-                break;
             }
             values[i] = data[i].constData();
             lengths[i] = int(data[i].size());
@@ -404,8 +364,12 @@ std::unique_ptr<Cursor> DatabaseState::selectServer(const QString &sql, const QV
                                                     const char *source)
 {
     requireOpen(source);
+    // The server numbers its markers: $1, $2, ...
     int markers = 0;
-    const QByteArray numbered = numberMarkers(sql, &markers);
+    const QByteArray numbered =
+        replaceMarkers(
+            sql, [](int n) { return u'$' + QString::number(n + 1); }, &markers)
+            .toUtf8();
     if (markers != values.size())
         throw CvError(CvError::SqlError, source,
                       QStringLiteral("Parameter count mismatch: %1 values for %2 markers in: %3")

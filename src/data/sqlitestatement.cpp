@@ -2,6 +2,7 @@
 
 #include "core/cverror.h"
 #include "data/databasestate.h"
+#include "data/jetvalue.h"
 
 namespace {
 
@@ -51,33 +52,39 @@ int SqliteStatement::bind(int index, const QVariant &v)
 {
     if (v.isNull())
         return sqlite3_bind_null(m_stmt, index);
-    switch (v.metaType().id()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Long:
-    case QMetaType::ULong:
+    if (JetValue::isInteger(v))
         return sqlite3_bind_int64(m_stmt, index, v.toLongLong());
-    case QMetaType::Double:
-    case QMetaType::Float:
+    if (JetValue::isReal(v))
         return sqlite3_bind_double(m_stmt, index, v.toDouble());
-    case QMetaType::QByteArray: {
+    if (v.metaType().id() == QMetaType::QByteArray) {
         const QByteArray bytes = v.toByteArray();
         return bytes.isNull() ? sqlite3_bind_null(m_stmt, index)
                               : sqlite3_bind_blob64(m_stmt, index, bytes.constData(),
                                                     sqlite3_uint64(bytes.size()), SQLITE_TRANSIENT);
     }
-    default: {
-        const QString text = v.toString();
-        if (text.isNull())
-            return sqlite3_bind_null(m_stmt, index);
-        const QByteArray utf8 = text.toUtf8();
-        return sqlite3_bind_text64(m_stmt, index, utf8.constData(), sqlite3_uint64(utf8.size()),
-                                   SQLITE_TRANSIENT, SQLITE_UTF8);
-    }
+    const QString text = v.toString();
+    if (text.isNull())
+        return sqlite3_bind_null(m_stmt, index);
+    const QByteArray utf8 = text.toUtf8();
+    return sqlite3_bind_text64(m_stmt, index, utf8.constData(), sqlite3_uint64(utf8.size()),
+                               SQLITE_TRANSIENT, SQLITE_UTF8);
+}
+
+QVariant SqliteStatement::value(int column) const
+{
+    switch (sqlite3_column_type(m_stmt, column)) {
+    case SQLITE_INTEGER:
+        return qint64(sqlite3_column_int64(m_stmt, column));
+    case SQLITE_FLOAT:
+        return sqlite3_column_double(m_stmt, column);
+    case SQLITE_TEXT:
+        return QString(static_cast<const QChar *>(sqlite3_column_text16(m_stmt, column)),
+                       sqlite3_column_bytes16(m_stmt, column) / 2);
+    case SQLITE_BLOB:
+        return QByteArray(static_cast<const char *>(sqlite3_column_blob(m_stmt, column)),
+                          sqlite3_column_bytes(m_stmt, column));
+    default:
+        return QVariant();
     }
 }
 

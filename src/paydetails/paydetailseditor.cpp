@@ -435,7 +435,9 @@ void PayDetailsEditor::saveDeductions(Database &db, qint32 employee)
         }
         SaveDeductXArray(*m_grid, db, employee);
     }
-    m_readDeductions = storedDeductions(db, employee);
+    // A grid as it was read wrote the rows stored: only a changed one is read back.
+    m_readDeductions =
+        mine && !m_takeTheirs.contains(key) ? storedDeductions(db, employee) : stored;
     m_gridAsRead = gridDeductions(*m_grid);
 }
 
