@@ -187,6 +187,30 @@ TEST(SuiteMessageDialogTest, ButtonsReturnThePlatformCodes)
     }
 }
 
+// Whose value stands: each named button answers; Enter and Escape go back (Cancel), so
+// that nobody's value is lost by a key pressed out of habit.
+TEST(SuiteMessageDialogTest, KeepMineTakeTheirsAnswersAndDefaultsToCancel)
+{
+    MessageRequest request = question;
+    request.buttons = ButtonsKeepMineTakeTheirsCancel;
+    const std::pair<const char *, qint16> cases[] = {{"cmdKeepMine", ResultYes},
+                                                     {"cmdTakeTheirs", ResultNo},
+                                                     {"enter", ResultCancel},
+                                                     {"escape", ResultCancel}};
+    for (const auto &[press, expected] : cases) {
+        SuiteMessageDialog dialog(request);
+        QTimer::singleShot(0, [&dialog, press = QString(press)] {
+            if (press == u"enter")
+                QTest::keyClick(&dialog, Qt::Key_Return);
+            else if (press == u"escape")
+                QTest::keyClick(&dialog, Qt::Key_Escape);
+            else
+                QTest::mouseClick(dialog.findChild<QPushButton *>(press), Qt::LeftButton);
+        });
+        EXPECT_EQ(dialog.exec(), expected) << press;
+    }
+}
+
 TEST(SuiteMessageDialogTest, ServiceShowsTheDialogForSuiteMessageBox)
 {
     DialogMessageService service;
