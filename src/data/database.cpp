@@ -251,9 +251,9 @@ void Database::beginTransaction()
     // Nested transactions are savepoints inside the outer one.
     const QString begin =
         s.isServer() ? QStringLiteral("BEGIN") : QStringLiteral("BEGIN IMMEDIATE");
-    s.exec(s.transactionDepth == 0 ? begin
-                                   : QStringLiteral("SAVEPOINT cv_%1").arg(s.transactionDepth),
-           {}, Source);
+    s.transactionStatement(
+        s.transactionDepth == 0 ? begin : QStringLiteral("SAVEPOINT cv_%1").arg(s.transactionDepth),
+        Source);
     ++s.transactionDepth;
 }
 
@@ -267,8 +267,10 @@ void Database::commit()
                                      "earlier failure, or never begun."));
     const int level = s.transactionDepth - 1;
     try {
-        s.exec(level == 0 ? QStringLiteral("COMMIT") : QStringLiteral("RELEASE cv_%1").arg(level),
-               {}, Source);
+        if (level > 0)
+            s.transactionStatement(QStringLiteral("RELEASE cv_%1").arg(level), Source);
+        else if (!s.endUnstarted())
+            s.exec(QStringLiteral("COMMIT"), {}, Source);
     } catch (const CvError &) {
         // Syncing the folder after the super-journal of a save across both files has
         // gone: both files hold the save already (with the super-journal gone their
@@ -289,10 +291,11 @@ void Database::rollback()
                       QStringLiteral("Rollback without a transaction."));
     const int level = s.transactionDepth - 1;
     if (level == 0) {
-        s.exec(QStringLiteral("ROLLBACK"), {}, Source);
+        if (!s.endUnstarted())
+            s.exec(QStringLiteral("ROLLBACK"), {}, Source);
     } else {
-        s.exec(QStringLiteral("ROLLBACK TO cv_%1").arg(level), {}, Source);
-        s.exec(QStringLiteral("RELEASE cv_%1").arg(level), {}, Source);
+        s.transactionStatement(QStringLiteral("ROLLBACK TO cv_%1").arg(level), Source);
+        s.transactionStatement(QStringLiteral("RELEASE cv_%1").arg(level), Source);
     }
     s.transactionDepth = level;
 }

@@ -6,16 +6,19 @@
 #include <functional>
 #include <memory>
 #include <QHash>
+#include <QSet>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QString>
 #include <QStringList>
+#include <vector>
 
 struct sqlite3;
 struct pg_conn;
 struct pg_result;
 class Cursor;
+struct ServerParameters;
 
 // The statement with each ? marker outside quotes and brackets replaced by what
 // replace(n) gives for the n-th (from 0); *count, when given, receives how many there are.
@@ -69,6 +72,12 @@ public:
     // tables. Throws CvError naming what to fix when it cannot.
     void openServer(const QString &conninfo, bool requireBooks = true);
     void setLockTimeout(int ms);
+    // BEGIN, SAVEPOINT, RELEASE and ROLLBACK TO: on a server sent with the next statement,
+    // saving a round trip each.
+    void transactionStatement(const QString &sql, const char *source);
+    // True when the transaction has sent nothing to the server yet, and is now dropped:
+    // its COMMIT or ROLLBACK need not be sent.
+    bool endUnstarted();
     // The server's failure as a CvError (the result is freed).
     [[noreturn]] void failServer(pg_result *result, const char *source);
     // The server's table by its object id, for the origin of a result column.
@@ -98,6 +107,11 @@ private:
     std::unique_ptr<Cursor> selectServer(const QString &sql, const QVariantList &values,
                                          const char *source);
     void closeServer();
+    const QByteArray *preparedName(const QByteArray &sql, const std::vector<unsigned> &types,
+                                   const char *source);
+    void forgetPrepared();
+    pg_result *pipeline(const QByteArray &sql, const QByteArray *prepared,
+                        const ServerParameters &p, const char *source);
     void setSearchPath();
     void loadServerTables(bool requireBooks);
 
@@ -105,4 +119,8 @@ private:
     bool m_resetting = false;                 // the lost server connection is being made again
     QHash<unsigned, QString> m_tableByOid;    // server only: oid -> folded name
     QHash<quint64, QString> m_columnByNumber; // server only: oid << 16 | attnum
+    QHash<QByteArray, QByteArray> m_prepared; // server only: statement and types -> name
+    QSet<QByteArray> m_seenOnce;              // server only: statements run once so far
+    quint64 m_preparedCount = 0;
+    QList<QByteArray> m_deferred; // server only: transaction statements not yet sent
 };

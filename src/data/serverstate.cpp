@@ -9,6 +9,7 @@
 
 #include <charconv>
 #include <libpq-fe.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -30,10 +31,12 @@ QString serverText(const char *text)
     return QString::fromUtf8(text).trimmed();
 }
 
+} // namespace
+
 // Values as libpq takes them: numbers typed, so that they compare as numbers; text of
 // unknown type, so that it takes the column's type (citext compares without case);
 // bytes in binary.
-struct Parameters
+struct ServerParameters
 {
     std::vector<QByteArray> data;
     std::vector<const char *> values;
@@ -41,7 +44,7 @@ struct Parameters
     std::vector<int> formats;
     std::vector<Oid> types;
 
-    explicit Parameters(const QVariantList &list)
+    explicit ServerParameters(const QVariantList &list)
     {
         const auto n = std::size_t(list.size());
         data.resize(n);
@@ -73,6 +76,8 @@ struct Parameters
         }
     }
 };
+
+namespace {
 
 class ServerCursor final : public Cursor
 {
@@ -360,6 +365,43 @@ QString DatabaseState::serverColumn(unsigned oid, int number) const
     return m_columnByNumber.value(quint64(oid) << 16 | quint64(number));
 }
 
+// A statement met the second time is kept prepared on the connection: the server
+// parses and plans it once, not on every run. One-offs (a copy's bulk inserts) are not
+// kept; the kept ones are bounded, as each costs the server memory.
+const QByteArray *DatabaseState::preparedName(const QByteArray &sql,
+                                              const std::vector<unsigned> &types,
+                                              const char *source)
+{
+    QByteArray key = sql;
+    key.append(reinterpret_cast<const char *>(types.data()),
+               qsizetype(types.size() * sizeof(unsigned)));
+    const auto kept = m_prepared.constFind(key);
+    if (kept != m_prepared.constEnd())
+        return &kept.value();
+    if (m_seenOnce.size() > 4096)
+        m_seenOnce.clear();
+    if (!m_seenOnce.contains(key)) {
+        m_seenOnce.insert(key);
+        return nullptr;
+    }
+    if (m_prepared.size() >= 512)
+        forgetPrepared();
+    const QByteArray name = "cv" + QByteArray::number(++m_preparedCount);
+    Result r(PQprepare(pg, name.constData(), sql.constData(), int(types.size()), types.data()));
+    if (!r || PQresultStatus(r.get()) != PGRES_COMMAND_OK)
+        failServer(r.release(), source);
+    m_seenOnce.remove(key);
+    return &m_prepared.insert(key, name).value();
+}
+
+void DatabaseState::forgetPrepared()
+{
+    if (!m_prepared.isEmpty() && pg && PQstatus(pg) == CONNECTION_OK)
+        Result(PQexec(pg, "DEALLOCATE ALL"));
+    m_prepared.clear();
+    m_seenOnce.clear();
+}
+
 std::unique_ptr<Cursor> DatabaseState::selectServer(const QString &sql, const QVariantList &values,
                                                     const char *source)
 {
@@ -376,13 +418,88 @@ std::unique_ptr<Cursor> DatabaseState::selectServer(const QString &sql, const QV
                           .arg(values.size())
                           .arg(markers)
                           .arg(sql));
-    const Parameters p(values);
-    Result r(PQexecParams(pg, numbered.constData(), int(p.values.size()), p.types.data(),
-                          p.values.data(), p.lengths.data(), p.formats.data(), 0));
+    const ServerParameters p(values);
+    const int n = int(p.values.size());
+    const QByteArray *name = preparedName(numbered, p.types, source);
+    if (!m_deferred.isEmpty())
+        return std::make_unique<ServerCursor>(*this, Result(pipeline(numbered, name, p, source)));
+    Result r(name ? PQexecPrepared(pg, name->constData(), n, p.values.data(), p.lengths.data(),
+                                   p.formats.data(), 0)
+                  : PQexecParams(pg, numbered.constData(), n, p.types.data(), p.values.data(),
+                                 p.lengths.data(), p.formats.data(), 0));
     const ExecStatusType status = r ? PQresultStatus(r.get()) : PGRES_FATAL_ERROR;
-    if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK)
+    if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK) {
+        // A table altered under a kept statement ("cached plan must not change result
+        // type"): outside a transaction it is simply run again, prepared afresh.
+        if (name && transactionDepth == 0 &&
+            qstrcmp(PQresultErrorField(r.get(), PG_DIAG_SQLSTATE), "0A000") == 0) {
+            forgetPrepared();
+            return selectServer(sql, values, source);
+        }
         failServer(r.release(), source);
+    }
     return std::make_unique<ServerCursor>(*this, std::move(r));
+}
+
+// The transaction statements waiting, then this one, sent together and answered in one
+// round trip; the first failure among them is the one reported.
+pg_result *DatabaseState::pipeline(const QByteArray &sql, const QByteArray *prepared,
+                                   const ServerParameters &p, const char *source)
+{
+    const QList<QByteArray> waiting = std::exchange(m_deferred, {});
+    bool sent = PQenterPipelineMode(pg) == 1;
+    for (const QByteArray &statement : waiting)
+        sent = sent && PQsendQueryParams(pg, statement.constData(), 0, nullptr, nullptr, nullptr,
+                                         nullptr, 0) == 1;
+    const int n = int(p.values.size());
+    sent = sent &&
+           (prepared ? PQsendQueryPrepared(pg, prepared->constData(), n, p.values.data(),
+                                           p.lengths.data(), p.formats.data(), 0)
+                     : PQsendQueryParams(pg, sql.constData(), n, p.types.data(), p.values.data(),
+                                         p.lengths.data(), p.formats.data(), 0)) == 1;
+    sent = sent && PQpipelineSync(pg) == 1;
+    Result failed, last;
+    // Each statement's result is followed by a null; the sync point ends the answer.
+    for (qsizetype nulls = 0; sent && nulls <= waiting.size() + 1;) {
+        Result r(PQgetResult(pg));
+        if (!r) {
+            if (PQstatus(pg) != CONNECTION_OK)
+                break;
+            ++nulls;
+            continue;
+        }
+        const ExecStatusType status = PQresultStatus(r.get());
+        if (status == PGRES_PIPELINE_SYNC)
+            break;
+        if (status == PGRES_TUPLES_OK || status == PGRES_COMMAND_OK)
+            last = std::move(r);
+        else if (status != PGRES_PIPELINE_ABORTED && !failed)
+            failed = std::move(r);
+    }
+    if (PQexitPipelineMode(pg) != 1 && !failed)
+        failed.reset(PQmakeEmptyPGresult(pg, PGRES_FATAL_ERROR));
+    if (failed || !sent || !last)
+        failServer(failed.release(), source);
+    return last.release();
+}
+
+void DatabaseState::transactionStatement(const QString &sql, const char *source)
+{
+    if (!isServer()) {
+        exec(sql, {}, source);
+        return;
+    }
+    requireOpen(source);
+    m_deferred.push_back(sql.toUtf8());
+}
+
+bool DatabaseState::endUnstarted()
+{
+    if (m_deferred.isEmpty() || m_deferred.constFirst() != "BEGIN")
+        return false;
+    // Nothing reached the server since BEGIN: there is nothing to end.
+    m_deferred.clear();
+    return true;
 }
 
 int DatabaseState::execServer(const QString &sql, const QVariantList &values, const char *source)
@@ -402,16 +519,24 @@ void DatabaseState::failServer(pg_result *failed, const char *source)
     if (message.isEmpty())
         message = serverText(PQerrorMessage(pg));
     lastFailure = 0;
+    m_deferred.clear();
     // A transaction left open would refuse every later statement.
     if (PQstatus(pg) == CONNECTION_OK && PQtransactionStatus(pg) != PQTRANS_IDLE)
         Result(PQexec(pg, "ROLLBACK"));
     transactionDepth = 0;
+    // A table changed under a kept statement ("cached plan must not change result
+    // type"): the next try prepares it afresh.
+    if (state == u"0A000")
+        forgetPrepared();
     const bool lost =
         PQstatus(pg) != CONNECTION_OK || state.startsWith(u"08") || state.startsWith(u"57P");
     if (lost) {
         // The next try starts on a fresh connection, with the session as it was.
-        if (!m_resetting)
+        if (!m_resetting) {
             PQreset(pg);
+            m_prepared.clear(); // the new session holds none of them
+            m_seenOnce.clear();
+        }
         if (!m_resetting && PQstatus(pg) == CONNECTION_OK) {
             m_resetting = true;
             try {
@@ -431,6 +556,12 @@ void DatabaseState::failServer(pg_result *failed, const char *source)
                       QStringLiteral("Another program is using %1 and kept the rows this needs "
                                      "locked longer than this program waits (%2 s).")
                           .arg(files(), QString::number(busyTimeout / 1000.0)));
+    if (state == u"0A000" && message.contains(u"cached plan"))
+        throw CvError(CvError::SqlError, source,
+                      QStringLiteral("The tables of the books on the server (%1) were changed "
+                                     "while this program was open, and nothing was saved. Please "
+                                     "try again.")
+                          .arg(path));
     if (state.startsWith(u"53"))
         throw CvError(
             CvError::DiskFull, source,
@@ -451,6 +582,9 @@ void DatabaseState::closeServer()
         PQfinish(pg);
     pg = nullptr;
     transactionDepth = 0;
+    m_deferred.clear();
+    m_prepared.clear();
+    m_seenOnce.clear();
     m_tables.clear();
     m_tableByOid.clear();
     m_columnByNumber.clear();

@@ -51,7 +51,8 @@ QVariant gridCell(const QVariant &value, JetType type)
 
 qint32 wholePercentageByQuery(Database &db, const QString &query, const QVariantList &values)
 {
-    Recordset rs(db, query, values);
+    // Read only: locking the shared name row would make every clerk's save wait on it.
+    Recordset rs(db, query, values, Recordset::Snapshot);
     if (rs.eof())
         return 0;
     const auto rounded = roundToInt32(rs.value(QStringLiteral("percentage")).toDouble());

@@ -2,7 +2,6 @@
 
 #include "core/cverror.h"
 #include "data/database.h"
-#include "data/recordset.h"
 #include "messages/errorreport.h"
 #include "paydetails/deductions.h"
 
@@ -18,15 +17,9 @@ void saveKiwiSaverRow(Database &wage, const QString &table, const QString &idFie
                      {employeeId});
         if (removeOnly)
             return;
-        // Only the employee's rows: opening the whole table would read every employee's.
-        Recordset rs(wage, "SELECT * FROM " + table + " WHERE EmployeeID=?", {employeeId});
-        rs.addNew();
-        rs.setValue(QStringLiteral("EmployeeID"), employeeId);
-        rs.setValue(idField, rateId);
-        rs.setValue(QStringLiteral("FixedAmount"), 0);
-        rs.setValue(QStringLiteral("SpecialRate"), percentage);
-        rs.setValue(QStringLiteral("TaxName"), QStringLiteral("KiwiSaver"));
-        rs.update();
+        wage.execute("INSERT INTO " + table + " (EmployeeID, " + idField +
+                         ", FixedAmount, SpecialRate, TaxName) VALUES (?, ?, 0, ?, \"KiwiSaver\")",
+                     {employeeId, rateId, percentage});
     });
 }
 

@@ -1,6 +1,7 @@
 #include "fixture.h"
 #include "support/errorof.h"
 #include "support/qtprinters.h"
+#include "support/tempserver.h"
 
 #include "core/cverror.h"
 #include "data/database.h"
@@ -143,6 +144,12 @@ TEST(DatabaseTest, TransactionsKeepAllOrNothing)
     EXPECT_THROW(db.execute("INSERT INTO Banks VALUES (1, \"Duplicate\", 0)"), CvError);
     EXPECT_FALSE(db.inTransaction());
     EXPECT_THROW(db.commit(), CvError);
+    // The same when it is the first statement of a nested transaction (on a server
+    // sent together with the BEGIN and SAVEPOINT before it).
+    db.beginTransaction();
+    db.beginTransaction();
+    EXPECT_THROW(db.execute("INSERT INTO Banks VALUES (1, \"Duplicate\", 0)"), CvError);
+    EXPECT_FALSE(db.inTransaction());
     db.execute("INSERT INTO Banks VALUES (11, \"Kept\", 0)");
     db.transaction([&] {
         db.execute("INSERT INTO Banks VALUES (12, \"Outer\", 0)");
@@ -179,4 +186,44 @@ TEST(DatabaseTest, AnotherWriterMakesUsWaitThenFailCleanly)
     EXPECT_FALSE(waiter->inTransaction());
     holder->commit();
     EXPECT_EQ(waiter->execute("UPDATE Banks SET Name = \"Waiter\" WHERE BanksID = 1"), 1);
+}
+
+// A server keeps statements it has seen twice prepared; a table altered under them
+// (an upgrade while clerks work) must not leave a statement failing.
+TEST(DatabaseTest, KeptStatementsFollowATableAlteredUnderThem)
+{
+    TempSuite suite;
+    if (!suite.onServer())
+        GTEST_SKIP() << "server only";
+    Fixture::fill(suite);
+    const auto books = suite.openBooks();
+    Database &db = *books;
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(Recordset(db, "SELECT * FROM Banks WHERE BanksID = 1", Recordset::Snapshot)
+                      .fieldCount(),
+                  3);
+    TempServer::run(suite.serverConnection(), {"ALTER TABLE farm.banks ADD COLUMN extra integer"});
+    EXPECT_EQ(
+        Recordset(db, "SELECT * FROM Banks WHERE BanksID = 1", Recordset::Snapshot).fieldCount(),
+        4);
+    // Inside a save it cannot be run again: the save is rolled back whole, with a
+    // message saying to try again, and the next try works.
+    EXPECT_EQ(
+        Recordset(db, "SELECT * FROM Banks WHERE BanksID = 1", Recordset::Snapshot).fieldCount(),
+        4); // kept again
+    TempServer::run(suite.serverConnection(), {"ALTER TABLE farm.banks DROP COLUMN extra"});
+    db.beginTransaction();
+    db.execute("INSERT INTO Banks VALUES (20, \"Lost\", 0)");
+    QString why;
+    EXPECT_EQ(
+        errorOf(
+            [&] { Recordset(db, "SELECT * FROM Banks WHERE BanksID = 1", Recordset::Snapshot); },
+            &why),
+        CvError::SqlError);
+    EXPECT_TRUE(why.contains("try again")) << why.toStdString();
+    EXPECT_FALSE(db.inTransaction());
+    EXPECT_EQ(count(db, "SELECT * FROM Banks WHERE BanksID = 20"), 0);
+    EXPECT_EQ(
+        Recordset(db, "SELECT * FROM Banks WHERE BanksID = 1", Recordset::Snapshot).fieldCount(),
+        3);
 }
