@@ -214,6 +214,7 @@ private:
     void prepareTab(int tab);
     void leaveShownEntry();
     void refreshList();
+    void goToEntry(qint32 addressId);
 
     LaunchContext &m_launch;
     std::unique_ptr<Database> m_farm;
