@@ -33,6 +33,33 @@ void append(QByteArray &out, const QString &word)
     out += word.toUtf8();
 }
 
+// Each run of letters and digits of the folded text after a \1, in UTF-8, with no list of
+// words in between: loading the index folds every entry of the book.
+void appendWords(QByteArray &out, const QString &folded)
+{
+    bool inWord = false;
+    for (const QChar c : folded) {
+        if (!c.isLetterOrNumber()) {
+            inWord = false;
+            continue;
+        }
+        if (!inWord)
+            out += kWordStart;
+        inWord = true;
+        const char16_t u = c.unicode();
+        if (u < 0x80) {
+            out += char(u);
+        } else if (u < 0x800) {
+            out += char(0xC0 | (u >> 6));
+            out += char(0x80 | (u & 0x3F));
+        } else {
+            out += char(0xE0 | (u >> 12));
+            out += char(0x80 | ((u >> 6) & 0x3F));
+            out += char(0x80 | (u & 0x3F));
+        }
+    }
+}
+
 } // namespace
 
 QStringList NameSearch::words(QStringView typed)
@@ -44,8 +71,7 @@ QByteArray NameSearch::entryWords(const Texts &texts)
 {
     QByteArray out;
     for (int t : {Name, FirstName, LastName, City})
-        for (const QString &word : splitWords(FoldedText::fold(texts[std::size_t(t)])))
-            append(out, word);
+        appendWords(out, FoldedText::fold(texts[std::size_t(t)]));
     // The phone's digit groups, each joined with the groups after it: digits are compared
     // without the blanks, dashes and brackets between them.
     QStringList groups;

@@ -1,5 +1,7 @@
 #include "core/foldedtext.h"
 
+#include <array>
+
 namespace FoldedText {
 
 namespace {
@@ -41,6 +43,38 @@ QStringView baseLetters(char16_t c)
     }
 }
 
+// The whole text decomposed, marks dropped, case-folded.
+QString foldSlowly(QStringView text)
+{
+    QString out;
+    const QString decomposed = text.toString().normalized(QString::NormalizationForm_D);
+    for (const QChar c : decomposed) {
+        if (c.category() == QChar::Mark_NonSpacing)
+            continue;
+        const QChar folded = c.toCaseFolded();
+        if (const QStringView base = baseLetters(folded.unicode()); !base.isEmpty())
+            out += base;
+        else
+            out += folded;
+    }
+    return out;
+}
+
+// The Latin letters up to U+024F (macrons among them) folded once: names hardly use
+// others, and decomposing each name anew costs more than the list's query.
+constexpr char16_t kTableEnd = 0x250;
+
+const std::array<QString, kTableEnd - 0x80> &latinTable()
+{
+    static const auto table = [] {
+        std::array<QString, kTableEnd - 0x80> t;
+        for (char16_t c = 0x80; c < kTableEnd; ++c)
+            t[c - 0x80] = foldSlowly(QStringView(&c, 1));
+        return t;
+    }();
+    return table;
+}
+
 } // namespace
 
 bool isAscii(QStringView text)
@@ -55,20 +89,15 @@ QString fold(QStringView text)
 {
     QString out;
     out.reserve(text.size());
-    if (isAscii(text)) {
-        for (const QChar c : text)
-            out += QChar(asciiLower(c.unicode()));
-        return out;
-    }
-    const QString decomposed = text.toString().normalized(QString::NormalizationForm_D);
-    for (const QChar c : decomposed) {
-        if (c.category() == QChar::Mark_NonSpacing)
-            continue;
-        const QChar folded = c.toCaseFolded();
-        if (const QStringView base = baseLetters(folded.unicode()); !base.isEmpty())
-            out += base;
+    const auto &table = latinTable();
+    for (const QChar c : text) {
+        const char16_t u = c.unicode();
+        if (u < 0x80)
+            out += QChar(asciiLower(u));
+        else if (u < kTableEnd)
+            out += table[u - 0x80];
         else
-            out += folded;
+            return foldSlowly(text); // marks written apart, other scripts
     }
     return out;
 }
