@@ -235,6 +235,7 @@ void AddressBookLogic::loadSearch()
     else if (narrowed)
         data.listNames(whole, QStringLiteral("*"));
     QHash<qint32, QByteArray> words;
+    words.reserve(m_nameList.count());
     data.readSearchTexts(m_employeeMode, [&](qint32 id, const NameSearch::Texts &texts) {
         words.insert(id, NameSearch::entryWords(texts));
     });

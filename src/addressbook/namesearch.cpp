@@ -27,12 +27,6 @@ QStringList splitWords(const QString &folded)
     return words;
 }
 
-void append(QByteArray &out, const QString &word)
-{
-    out += kWordStart;
-    out += word.toUtf8();
-}
-
 // Each run of letters and digits of the folded text after a \1, in UTF-8, with no list of
 // words in between: loading the index folds every entry of the book.
 void appendWords(QByteArray &out, const QString &folded)
@@ -48,7 +42,7 @@ void appendWords(QByteArray &out, const QString &folded)
         inWord = true;
         const char16_t u = c.unicode();
         if (u < 0x80) {
-            out += char(u);
+            out += char(u >= u'A' && u <= u'Z' ? u + (u'a' - u'A') : u);
         } else if (u < 0x800) {
             out += char(0xC0 | (u >> 6));
             out += char(0x80 | (u & 0x3F));
@@ -70,22 +64,29 @@ QStringList NameSearch::words(QStringView typed)
 QByteArray NameSearch::entryWords(const Texts &texts)
 {
     QByteArray out;
-    for (int t : {Name, FirstName, LastName, City})
-        appendWords(out, FoldedText::fold(texts[std::size_t(t)]));
-    // The phone's digit groups, each joined with the groups after it: digits are compared
-    // without the blanks, dashes and brackets between them.
-    QStringList groups;
-    QString group;
-    for (const QChar c : texts[Phone] + u' ') {
-        if (c.isDigit()) {
-            group += c;
-        } else if (!group.isEmpty()) {
-            groups.append(group);
-            group.clear();
-        }
+    out.reserve(64);
+    for (int t : {Name, FirstName, LastName, City}) {
+        const QString &text = texts[std::size_t(t)];
+        // Most texts are ASCII, whose fold is their lower case: no folded copy to make.
+        appendWords(out, FoldedText::isAscii(text) ? text : FoldedText::fold(text));
     }
-    for (qsizetype i = 0; i < groups.size(); ++i)
-        append(out, groups.mid(i).join(QString()));
+    // The phone's digits from each group on: digits are compared without the blanks,
+    // dashes and brackets between them.
+    QByteArray digits;
+    std::vector<qsizetype> groupStarts;
+    bool inGroup = false;
+    for (const QChar c : texts[Phone]) {
+        const bool digit = c.unicode() >= u'0' && c.unicode() <= u'9';
+        if (digit && !inGroup)
+            groupStarts.push_back(digits.size());
+        if (digit)
+            digits += char(c.unicode());
+        inGroup = digit;
+    }
+    for (const qsizetype start : groupStarts) {
+        out += kWordStart;
+        out += QByteArrayView(digits).sliced(start);
+    }
     return out;
 }
 
