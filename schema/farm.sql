@@ -38,9 +38,13 @@ CREATE TABLE Addresses (
     WageFlag         YESNO NOT NULL DEFAULT 0,
     HeadingAccount   LONG,
     TaxNumber        TEXT(20) COLLATE NOCASE,
-    notes            MEMO TEXT COLLATE NOCASE
+    notes            MEMO TEXT COLLATE NOCASE,
+    -- An entry no longer used (a supplier the farm left): kept, but off the name list
+    -- unless asked for. Last, as books made before it gain it when first opened.
+    Inactive         YESNO NOT NULL DEFAULT 0
 );
 CREATE INDEX Addresses_BusName ON Addresses (BusName);
+CREATE INDEX Addresses_Inactive ON Addresses (Inactive);
 CREATE INDEX Addresses_WageFlag ON Addresses (WageFlag, BusName);
 
 -- Cashbook transactions; the address book only asks whether an entry has any.

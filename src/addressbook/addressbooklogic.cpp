@@ -82,6 +82,9 @@ void AddressBookLogic::load()
     m_helpOpen = false;
     m_employeeSwitchChecked = false;
     m_employeeSwitchToolTip = AddressTexts::HideFormerEmployees;
+    m_inactiveAvailable = false;
+    m_showInactive = false;
+    m_hidingInactive = false;
     try {
         m_farm = openSuiteDatabase();
         m_form = AddressForm(countryCode(), ::taxNumberCaption());
@@ -94,6 +97,7 @@ void AddressBookLogic::load()
         // Each entry selects its own heading when shown; a list not read is told, not fatal.
         reportedStep(ErrorOrigin::FillDaoVBCombo,
                      [&] { store().listHeadings(m_entry.headingList()); });
+        m_inactiveAvailable = store().prepareInactive();
         lookupDefaultBanks(*m_farm);
         readColourEntry(QStringLiteral("CvHeader"));
         m_headerColour = suiteColour();
@@ -165,7 +169,7 @@ void AddressBookLogic::FillNameList(bool currentOnly, qint32 &addressId, const Q
         if (m_employeeMode)
             names.listEmployees(m_nameList, currentOnly);
         else
-            names.listNames(m_nameList, filter);
+            listAddresses(names, filter);
 
         // The last item of the entry: an employee may be listed once per Employees row.
         int position = m_nameList.count() - 1;
@@ -181,6 +185,34 @@ void AddressBookLogic::FillNameList(bool currentOnly, qint32 &addressId, const Q
     } catch (const CvError &e) {
         showErrorReport(e, origin("FillNameList"));
     }
+}
+
+// The address book's names by the filter, without the inactive entries unless asked for.
+void AddressBookLogic::listAddresses(const AddressStore &names, const QString &filter)
+{
+    const QSet<qint32> hidden =
+        m_inactiveAvailable && !m_showInactive ? names.inactiveIds() : QSet<qint32>();
+    m_hidingInactive = !hidden.isEmpty();
+    if (hidden.isEmpty()) {
+        names.listNames(m_nameList, filter);
+        return;
+    }
+    ComboList all;
+    names.listNames(all, filter);
+    m_nameList.reserve(all.count());
+    for (const ComboItem &item : all.items())
+        if (!hidden.contains(item.data))
+            m_nameList.addItem(item.text, item.data);
+}
+
+void AddressBookLogic::clickInactiveSwitch(bool checked)
+{
+    Batch batch(*this);
+    if (!m_farm || m_employeeMode || !saveCurrentTab())
+        return;
+    m_showInactive = checked;
+    qint32 current = m_launch.currentAddressId;
+    FillNameList(false, current, m_filter);
 }
 
 void AddressBookLogic::chooseName(int index)
@@ -229,7 +261,9 @@ void AddressBookLogic::loadSearch()
         return;
     const AddressStore data = store();
     ComboList whole;
-    const bool narrowed = m_searching || (!m_employeeMode && m_filter != u"*");
+    // Inactive entries are found by a search even while the list hides them.
+    const bool narrowed =
+        m_searching || (!m_employeeMode && (m_filter != u"*" || m_hidingInactive));
     if (narrowed && m_employeeMode)
         data.listEmployees(whole, m_employeeSwitchChecked);
     else if (narrowed)

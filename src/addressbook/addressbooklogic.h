@@ -91,6 +91,8 @@ public:
     void prepareSearch();
     // chk_employee click; checked is the box's new state.
     void clickEmployeeSwitch(bool checked);
+    // "Show Inactive Entries" (the address book only): the inactive entries listed too.
+    void clickInactiveSwitch(bool checked);
     // Tab1 click: the user selected tab (the tab left is currentTab()).
     void changeTab(int tab);
     // Ctrl+Tab: the next tab, the first after the last.
@@ -185,6 +187,11 @@ public:
     bool searching() const { return m_searching; }
 
     bool employeeSwitchVisible() const { return m_employeeMode; }
+    // Entries can be inactive in these books (false when old books could not be given
+    // the column): the entry's Inactive box, and in the address book the switch.
+    bool inactiveAvailable() const { return m_inactiveAvailable; }
+    bool inactiveSwitchVisible() const { return m_inactiveAvailable && !m_employeeMode; }
+    bool inactiveSwitchChecked() const { return m_showInactive; }
     bool employeeSwitchChecked() const { return m_employeeSwitchChecked; }
     QString employeeSwitchToolTip() const { return m_employeeSwitchToolTip; }
 
@@ -231,6 +238,7 @@ private:
     void leaveShownEntry();
     void refreshList();
     void goToEntry(qint32 addressId);
+    void listAddresses(const AddressStore &names, const QString &filter);
     void loadSearch();
     void endSearch();
 
@@ -260,6 +268,9 @@ private:
     bool m_notesEnabled = false;
     bool m_letterStripEnabled = true;
     bool m_employeeSwitchChecked = false;
+    bool m_inactiveAvailable = false;
+    bool m_showInactive = false;
+    bool m_hidingInactive = false; // the list lacks inactive entries it would otherwise hold
     QString m_employeeSwitchToolTip;
 
     AddressForm m_form;

@@ -94,9 +94,10 @@ constexpr bool isField(int field)
     return field >= 0 && field < Count;
 }
 
-// The two check boxes and their Yes/No columns.
-enum Flag : int { WageFlag = 0, BusinessFlag = 1 };
-inline constexpr std::array flagColumns = {QLatin1String("WageFlag"),
-                                           QLatin1String("BusinessFlag")};
+// The check boxes and their Yes/No columns. Inactive is missing from books made
+// before it that could not be given it (read-only files, a server role without rights).
+enum Flag : int { WageFlag = 0, BusinessFlag = 1, Inactive = 2 };
+inline constexpr std::array flagColumns = {QLatin1String("WageFlag"), QLatin1String("BusinessFlag"),
+                                           QLatin1String("Inactive")};
 
 } // namespace AddressFields

@@ -203,6 +203,51 @@ void AddressStore::listHeadings(ComboList &list) const
                    0, true, QStringLiteral("None"), false, true, true);
 }
 
+QSet<qint32> AddressStore::inactiveIds() const
+{
+    QSet<qint32> ids;
+    RowReader rows(
+        m_db, QStringLiteral("SELECT AddressID FROM Addresses WHERE Addresses.Inactive = True"));
+    while (rows.next())
+        ids.insert(qint32(rows.integer(0)));
+    return ids;
+}
+
+bool AddressStore::prepareInactive() const
+{
+    const auto hasColumn = [&] {
+        return select(QStringLiteral("SELECT * FROM Addresses WHERE AddressID = 0"), {}, false)
+                   .fieldIndex(flagColumns[Inactive]) >= 0;
+    };
+    if (hasColumn())
+        return true;
+    // As the books made now have it (schema/farm.sql); another program opening the books
+    // at the same moment may have added it first, which the second look finds.
+    try {
+        m_db.transaction([&] {
+            if (m_db.isServer()) {
+                m_db.executeNative(QStringLiteral("ALTER TABLE farm.\"addresses\" ADD COLUMN "
+                                                  "\"inactive\" smallint NOT NULL DEFAULT 0"));
+                m_db.executeNative(
+                    QStringLiteral("COMMENT ON COLUMN farm.\"addresses\".\"inactive\" "
+                                   "IS 'Inactive YESNO'"));
+                m_db.executeNative(QStringLiteral(
+                    "CREATE INDEX IF NOT EXISTS \"addresses_inactive\" ON farm.\"addresses\" "
+                    "(\"inactive\" NULLS FIRST) INCLUDE (\"addressid\")"));
+            } else {
+                m_db.executeNative(QStringLiteral(
+                    "ALTER TABLE Addresses ADD COLUMN Inactive YESNO NOT NULL DEFAULT 0"));
+                m_db.executeNative(QStringLiteral(
+                    "CREATE INDEX IF NOT EXISTS Addresses_Inactive ON Addresses (Inactive)"));
+            }
+        });
+    } catch (const CvError &) {
+        // Entries simply cannot be marked in these books.
+    }
+    m_db.reloadSchema();
+    return hasColumn();
+}
+
 std::optional<AddressStore::Entry> AddressStore::readEntry(qint32 addressId) const
 {
     Recordset rs = select(kEntry, {addressId}, false);
@@ -214,7 +259,8 @@ std::optional<AddressStore::Entry> AddressStore::readEntry(qint32 addressId) con
         entry.values.fields[std::size_t(i)] = v.isNull() ? QString() : v.toString();
     }
     for (std::size_t f = 0; f < flagColumns.size(); ++f)
-        entry.values.flags[f] = rs.value(flagColumns[f]).toBool();
+        entry.values.flags[f] =
+            rs.fieldIndex(flagColumns[f]) >= 0 && rs.value(flagColumns[f]).toBool();
     entry.headingAccount = rs.value(QStringLiteral("HeadingAccount"));
     return entry;
 }

@@ -6,6 +6,7 @@
 #include <array>
 #include <functional>
 #include <optional>
+#include <QSet>
 #include <QString>
 #include <QVariant>
 #include <QVariantList>
@@ -28,7 +29,7 @@ public:
     struct Values
     {
         std::array<QString, AddressFields::Count> fields;
-        std::array<bool, 2> flags{};
+        std::array<bool, AddressFields::flagColumns.size()> flags{};
     };
 
     struct Entry
@@ -73,6 +74,12 @@ public:
     // Names are compared folded for case and accents (core/foldedtext.h), in both the order
     // and the pattern: "Ōpōtiki" is listed under O, between "Opito" and "Opua".
     void listNames(ComboList &list, const QString &pattern) const;
+    // The entries marked inactive.
+    QSet<qint32> inactiveIds() const;
+    // Books made before entries could be inactive are given the column (and its index)
+    // here; false when they cannot be (a read-only file, a server role without the
+    // right), and entries then cannot be marked.
+    bool prepareInactive() const;
     // The employee window lists the entries flagged for the wage book, by folded name; or with
     // currentOnly those with an Employees row not finished (no date or 0), in AddressID
     // order, once for each such row.

@@ -244,6 +244,12 @@ int Database::executeNative(const QString &sql, const QVariantList &values)
     return m_state->exec(sql, values, Source);
 }
 
+void Database::reloadSchema()
+{
+    m_state->requireOpen(Source);
+    m_state->reloadTables();
+}
+
 void Database::beginTransaction()
 {
     DatabaseState &s = *m_state;

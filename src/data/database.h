@@ -69,9 +69,11 @@ public:
     // pattern.
     int execute(const QString &jetSql, const QVariantList &values);
 
-    // Runs a statement in the backend's own SQL, untranslated, with ? markers: for the
-    // tools that make and copy books, never for the module's own statements.
+    // Runs a statement in the backend's own SQL, untranslated, with ? markers: for
+    // making, copying and upgrading books, never for the module's own statements.
     int executeNative(const QString &sql, const QVariantList &values = {});
+    // Reads the tables' columns afresh, after an upgrade changed them.
+    void reloadSchema();
 
     // Write transactions take the write lock at once (BEGIN IMMEDIATE), so they
     // wait for another writer up to the busy timeout instead of failing midway. On a

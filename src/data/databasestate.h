@@ -98,6 +98,8 @@ public:
     FieldInfo column(const QString &table, const QString &column, const char *source);
 
     void close();
+    // Forgets what was read of the tables (a server reads them again at once).
+    void reloadTables();
 
     // The connection's files, for messages: "main" or "main or attached".
     QString files() const;

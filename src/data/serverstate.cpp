@@ -351,6 +351,17 @@ ORDER BY c.oid, a.attnum)"),
                           .arg(path, farm ? QStringLiteral("wage") : QStringLiteral("farm")));
 }
 
+void DatabaseState::reloadTables()
+{
+    m_tables.clear();
+    if (!isServer())
+        return;
+    m_tableByOid.clear();
+    m_columnByNumber.clear();
+    forgetPrepared();
+    loadServerTables(true);
+}
+
 const DatabaseState::Table *DatabaseState::serverTable(unsigned oid) const
 {
     const auto name = m_tableByOid.constFind(oid);
