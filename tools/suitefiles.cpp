@@ -109,6 +109,7 @@ void writeIni(const QString &ini)
             "DatabaseServer=\r\n"
             "ProgramDirectory=\r\n"
             "ModuleFileName=\r\n"
+            "UserName=\r\n"
             "[START]\r\n"
             "Firm=Corvane\r\n"
             "[WAGE]\r\n"

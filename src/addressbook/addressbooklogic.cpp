@@ -1,5 +1,6 @@
 #include "addressbook/addressbooklogic.h"
 
+#include "addressbook/duplicates.h"
 #include "addressbook/helpopener.h"
 #include "addressbook/paydetailsopener.h"
 #include "addressbook/payinformationtab.h"
@@ -15,6 +16,7 @@
 #include "launch/launchcontext.h"
 #include "messages/addressmessages.h"
 #include "messages/errorreport.h"
+#include "messages/messageservice.h"
 #include "messages/savechanges.h"
 #include "paydetails/paylists.h"
 
@@ -490,6 +492,15 @@ void AddressBookLogic::addEntry()
         if (answer.isEmpty()) {
             msgNoNameEntered();
         } else {
+            const std::vector<Duplicates::Match> matches =
+                Duplicates::sameName(farm(), answer, m_employeeMode);
+            if (!matches.empty()) {
+                const qint16 choice = msgPossibleDuplicate(answer, Duplicates::describe(matches));
+                if (choice == ResultYes)
+                    goToEntry(matches.front().addressId);
+                if (choice != ResultNo)
+                    return;
+            }
             if (!saveCurrentTab())
                 return;
             setBusy(true);
@@ -514,6 +525,13 @@ void AddressBookLogic::addEntry()
         setBusy(false);
         showErrorReport(e, origin("cmdAdd_Click"));
     }
+}
+
+// An entry that may be outside the letter filter: the whole list again, on it.
+void AddressBookLogic::goToEntry(qint32 addressId)
+{
+    if (saveCurrentTab())
+        FillNameList(Settings().EmployeeOnly(), addressId, QStringLiteral("*"));
 }
 
 // After an add or delete: the whole list again, on the entry last shown.

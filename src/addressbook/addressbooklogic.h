@@ -219,6 +219,7 @@ private:
     void leaveShownEntry();
     void refreshList();
     bool identifierKept(int field, int nextField);
+    void goToEntry(qint32 addressId);
 
     LaunchContext &m_launch;
     std::unique_ptr<Database> m_farm;

@@ -6,6 +6,13 @@
 #include "core/numerictext.h"
 #include "core/translate.h"
 
+#include <QtGlobal>
+
+#ifdef Q_OS_UNIX
+#include <pwd.h>
+#include <unistd.h>
+#endif
+
 namespace {
 
 bool isSupportedCountry(qint32 code)
@@ -79,6 +86,24 @@ QString taxNumberName()
 QString taxNumberCaption()
 {
     return Translate("|0| Number", {taxNumberName()});
+}
+
+QString suiteUserName()
+{
+    const QString named = readSuiteIni("CORVANE", "UserName").trimmed();
+    if (!named.isEmpty())
+        return named;
+    for (const char *variable : {"USER", "USERNAME", "LOGNAME"}) {
+        const QString login = qEnvironmentVariable(variable).trimmed();
+        if (!login.isEmpty())
+            return login;
+    }
+#ifdef Q_OS_UNIX
+    // A service or cron start may have no login variables: the account of the process.
+    if (const passwd *account = getpwuid(geteuid()); account && account->pw_name)
+        return QString::fromLocal8Bit(account->pw_name);
+#endif
+    return QString();
 }
 
 bool writeAllEmployees(const QString &value)

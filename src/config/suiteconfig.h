@@ -39,6 +39,11 @@ QString taxNumberName();
 // The caption of the tax number field, "GST Number" by default.
 QString taxNumberCaption();
 
+// Who is at the keyboard, for the pay change log: [CORVANE] UserName (for an office
+// computer that several clerks share under one login), else the operating system's login
+// name; empty when neither is known.
+QString suiteUserName();
+
 // Stores the current-employees switch: "Y" lists all employees. Returns false
 // when the INI file could not be written.
 bool writeAllEmployees(const QString &value);

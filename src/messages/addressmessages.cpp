@@ -29,6 +29,19 @@ void msgNoNameEntered()
     inform("Enter the Company/Employee name for the New Entry", "No Name Entered!");
 }
 
+qint16 msgPossibleDuplicate(const QString &name, const QString &matches)
+{
+    // Joined, not substituted: a typed name may hold anything, "|1|" included.
+    return SuiteMessageBox(u'\u201c' + name +
+                               QStringLiteral("\u201d looks like an entry already in the "
+                                              "address book:\r\n\r\n") +
+                               matches +
+                               QStringLiteral("\r\n\r\nGo to the existing entry, or add a "
+                                              "new one anyway?"),
+                           ButtonsGoToAddAnywayCancel, FirmName(), "Already in the Address Book?",
+                           QVariant(), IconQuestion, true);
+}
+
 bool msgConfirmDeletion(const QVariant &name)
 {
     return SuiteMessageBox(Translate("Are you sure you want to delete |0|", {name}), ButtonsYesNo,

@@ -20,6 +20,9 @@ void msgSelectionRequiredPayDetails();
 void msgNoNameEntered();
 // Asks whether to delete the named entry; true when the user answers Yes.
 bool msgConfirmDeletion(const QVariant &name);
+// The name being added looks like the entries listed: Yes goes to the first of them,
+// No adds it anyway, Cancel adds nothing.
+qint16 msgPossibleDuplicate(const QString &name, const QString &matches);
 void msgWagesExist(const QVariant &name);
 void msgCashbookDataExists(const QVariant &name);
 void msgWagesAndCashbookExist(const QVariant &name);

@@ -11,7 +11,10 @@ enum MessageButtons : qint32 {
     ButtonsOk = 0,
     ButtonsYesNo = 4,
     ButtonsRetryDiscardCancel = 6,
-    ButtonsKeepMineTakeTheirsCancel = 7
+    ButtonsKeepMineTakeTheirsCancel = 7,
+    // Go to Existing / Add Anyway / Cancel (answered Yes, No, Cancel): an entry being
+    // added looks like one already in the book.
+    ButtonsGoToAddAnywayCancel = 9
 };
 
 // The picture beside the prompt.

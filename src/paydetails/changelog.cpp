@@ -114,6 +114,53 @@ void appendToNotes(Database &farm, const QStringList &lines, qint32 addressId)
                  {text, QString(QStringLiteral("\r\n") + text), addressId});
 }
 
+QString oneLogLine(const QString &text, qsizetype maxLength)
+{
+    QString flat;
+    flat.reserve(text.size());
+    for (const QChar c : text)
+        flat += c.category() == QChar::Other_Control || c.category() == QChar::Other_Format
+                    ? QChar(u' ')
+                    : c;
+    flat = flat.simplified(); // also folds the Unicode line and paragraph separators
+    if (flat.size() > maxLength) {
+        // Not between the halves of a surrogate pair.
+        qsizetype cut = maxLength;
+        if (flat.at(cut - 1).isHighSurrogate())
+            --cut;
+        flat = flat.left(cut).trimmed();
+    }
+    return flat;
+}
+
+QString signedLine(const QString &line, const QString &who, const QString &why)
+{
+    const QString name = oneLogLine(who, kMaxLogUser);
+    const QString reason = oneLogLine(why, kMaxLogReason);
+    if (line.isEmpty() || (name.isEmpty() && reason.isEmpty()))
+        return line;
+    if (name.isEmpty())
+        return line + QStringLiteral(" (") + reason + u')';
+    if (reason.isEmpty())
+        return line + QStringLiteral(" (by ") + name + u')';
+    return line + QStringLiteral(" (by ") + name + QStringLiteral(": ") + reason + u')';
+}
+
+QString reasonPrompt(qint16 field, bool list)
+{
+    if (list)
+        return field == 1 ? QStringLiteral("Reason for the tax type change (optional):")
+                          : QString();
+    switch (field) {
+    case 2:
+        return QStringLiteral("Reason for the pay rate change (optional):");
+    case 3:
+        return QStringLiteral("Reason for the salary change (optional):");
+    default:
+        return QString();
+    }
+}
+
 QString currentUnitOfPay()
 {
     return g_unitOfPay;

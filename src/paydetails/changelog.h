@@ -20,6 +20,23 @@ QString valueChangeLine(qint16 field, const QString &newValue, const QString &ol
 // other fields an empty label.
 QString namedFieldChangeLine(const QString &newValue, const QString &oldValue, qint16 field);
 
+// Who made a change and why, after the line: "<line> (by Mere)", "<line> (by Mere: annual
+// review)"; without a name "<line> (annual review)"; neither, or an empty line: unchanged. At
+// the end, so every line still opens with its date and what changed, as the older lines do.
+// Both texts are put on one line (see oneLogLine) and cut to their bounds.
+QString signedLine(const QString &line, const QString &who, const QString &why);
+
+// Typed text as a log line keeps it: line breaks, tabs and other control characters become
+// single blanks, ends are trimmed, and it is cut at maxLength characters.
+QString oneLogLine(const QString &text, qsizetype maxLength);
+
+constexpr qsizetype kMaxLogReason = 120;
+constexpr qsizetype kMaxLogUser = 40;
+
+// The question asked for a reason when the field's change is logged: pay rate and salary
+// (text fields 2 and 3) and tax type (list 1); empty for the fields that do not ask.
+QString reasonPrompt(qint16 field, bool list);
+
 // Adds the lines, in order, after the entry's notes (CR LF between lines), on the
 // connection of the save that stores the changes they tell of. Empty lines are skipped;
 // an unknown entry changes nothing. Throws CvError.

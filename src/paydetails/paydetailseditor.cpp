@@ -155,6 +155,7 @@ void PayDetailsEditor::load(Database &suite, qint32 addressId)
     m_addressId = addressId;
     m_pendingLog.clear();
     m_pendingLogColumns.clear();
+    m_pendingLogChanges.clear();
     m_takeTheirs.clear();
     try {
         const Selection chosen = readRow(suite);
@@ -350,6 +351,7 @@ bool PayDetailsEditor::save()
     if (outcome != SaveOutcome::Kept) {
         m_pendingLog.clear();
         m_pendingLogColumns.clear();
+        m_pendingLogChanges.clear();
     }
     markChanged();
     return outcome != SaveOutcome::Kept;
@@ -472,6 +474,7 @@ void PayDetailsEditor::guardOthersChanges(Recordset &rs)
                     if (m_pendingLogColumns[l] == columns[k]) {
                         m_pendingLog.removeAt(l);
                         m_pendingLogColumns.removeAt(l);
+                        m_pendingLogChanges.removeAt(l);
                     }
                 }
             }

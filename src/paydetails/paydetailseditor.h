@@ -15,6 +15,7 @@
 
 class Database;
 class DeductionGrid;
+class InputBoxService;
 class Recordset;
 
 // One employee's pay details as the pay details dialog (frmPaydetails) and the
@@ -72,6 +73,9 @@ public:
     ~PayDetailsEditor() override;
 
     Host host() const { return m_host; }
+
+    // Where a pay rate, salary or tax type change asks for its reason; none: not asked.
+    void setInputBox(InputBoxService *inputBox) { m_inputBox = inputBox; }
 
     // Loading. The dialog opens its own connection to the two data files (paths
     // from Settings) and keeps it until closeDatabases(); the tab passes the
@@ -170,7 +174,9 @@ private:
     void normaliseText(int field);
     QString textProblem(int field) const;
     bool taxNumberKept();
-    void logLine(const QString &line, const QString &column);
+    // Holds the line, signed with who made the change and, when whyPrompt is given, the
+    // reason the user gives for it.
+    void logLine(const QString &line, const QString &column, const QString &whyPrompt = {});
     // Throws ChangedByAnother when rs (being edited) would overwrite another user's values.
     void guardOthersChanges(Recordset &rs);
     void saveDeductions(Database &db, qint32 employee);
@@ -205,8 +211,10 @@ private:
     std::array<QString, ListCount> m_focusListText;
     std::unique_ptr<DeductionGrid> m_grid;
     QStringList m_pendingLog;
-    QString m_warnedTaxNumber;          // the employee and tax number last warned about
-    QStringList m_pendingLogColumns;    // the column each line tells of
+    QString m_warnedTaxNumber;       // the employee and tax number last warned about
+    QStringList m_pendingLogColumns; // the column each line tells of
+    QStringList m_pendingLogChanges; // each line as composed, before who and why
+    InputBoxService *m_inputBox = nullptr;
     QHash<QString, bool> m_memberTypes; // KiwiSaver enrolment types: member or not
     // The employee row as this window read it (stored values by folded column name), so
     // that a save does not overwrite unseen what another user stored meanwhile; and the

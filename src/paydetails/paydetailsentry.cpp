@@ -6,6 +6,7 @@
 #include "checks/keepprompt.h"
 #include "config/settings.h"
 #include "config/suiteconfig.h"
+#include "controls/inputboxservice.h"
 #include "core/clock.h"
 #include "core/cverror.h"
 #include "data/money.h"
@@ -122,12 +123,28 @@ bool PayDetailsEditor::taxNumberKept()
     return askKeepIdentifier(Identifiers::employeeTaxNumberName(country), verdict);
 }
 
-void PayDetailsEditor::logLine(const QString &line, const QString &column)
+void PayDetailsEditor::logLine(const QString &line, const QString &column, const QString &whyPrompt)
 {
     if (line.isEmpty())
         return;
-    m_pendingLog << line;
-    m_pendingLogColumns << column.toCaseFolded();
+    const QString folded = column.toCaseFolded();
+    // The same change told again (a pay interval is told when chosen and again when left)
+    // is waiting already, with its reason: it is neither asked about nor logged twice.
+    if (const qsizetype last = m_pendingLogColumns.lastIndexOf(folded);
+        last >= 0 && m_pendingLogChanges[last] == line)
+        return;
+    QString why;
+    if (!whyPrompt.isEmpty() && m_inputBox) {
+        // What changed, without the date, so the user sees what the reason is for. Cancel
+        // or nothing typed: the change is logged without a reason.
+        const qsizetype dateEnd = line.indexOf(QStringLiteral("] "));
+        why = m_inputBox->ask(line.mid(dateEnd < 0 ? 0 : dateEnd + 2) + QStringLiteral(".\n\n") +
+                                  whyPrompt,
+                              QStringLiteral("Reason for the Change"), QString());
+    }
+    m_pendingLog << signedLine(line, suiteUserName(), why);
+    m_pendingLogColumns << folded;
+    m_pendingLogChanges << line;
 }
 
 bool PayDetailsEditor::textFocusOut(int field)
@@ -160,7 +177,8 @@ bool PayDetailsEditor::textFocusOut(int field)
         else
             oldText = old.toString();
         logLine(valueChangeLine(qint16(field), m_text[std::size_t(field)], oldText),
-                QString::fromLatin1(PayFields::textColumns[field]));
+                QString::fromLatin1(PayFields::textColumns[field]),
+                reasonPrompt(qint16(field), false));
     } catch (const CvError &e) {
         showErrorReport(e,
                         origin(m_host == Host::Dialog ? "TxtWage_LostFocus" : "Text2_LostFocus"));
@@ -200,7 +218,8 @@ void PayDetailsEditor::listFocusOut(int index)
             captionPayRate(m_lists[Occupation].currentData());
         logLine(namedFieldChangeLine(m_lists.at(std::size_t(index)).text(),
                                      m_focusListText.at(std::size_t(index)), qint16(index)),
-                QString::fromLatin1(PayFields::listColumns[index]));
+                QString::fromLatin1(PayFields::listColumns[index]),
+                reasonPrompt(qint16(index), true));
     } catch (const CvError &e) {
         showErrorReport(e, origin("cmbWage_LostFocus"));
     }

@@ -1,6 +1,8 @@
 // The address book's entries: which the name list holds, in which order, and which it
 // shows; adding and deleting them, names with quote characters, the pay details command.
 #include "booklogic_fixture.h"
+
+#include "addressbook/duplicates.h"
 #include "config/profilestring.h"
 #include "data/database.h"
 #include "launch/addressglobals.h"
@@ -99,27 +101,69 @@ TEST_F(BookLogicTest, EmployeeListFollowsTheStoredSwitch)
     EXPECT_EQ(suite.readIni(), before);
 }
 
-TEST_F(BookLogicTest, AddTrimsTheNameAllowsDuplicatesAndShowsTheNewEntry)
+TEST_F(BookLogicTest, AddTrimsTheNameAsksAboutLookalikesAndShowsTheNewEntry)
 {
     addAddress(1, "Apple");
-    addAddress(2, "Brown");
+    addAddress(2, "Ōtorohanga Vets Ltd");
     start(0);
     doubles.answers = {"   "};
     logic.addEntry(); // blank: nothing added
     EXPECT_EQ(onlyMessage().title, "No Name Entered!");
 
+    // A lookalike asks first: Cancel adds nothing, Go to Existing shows the entry already
+    // there (outside the letter filter), Add Anyway adds it.
     logic.changeLetterFilter("A");
-    doubles.answers = {"  Brown  ", "Brown"};
-    logic.addEntry();
-    EXPECT_EQ(listed(), (QStringList{"Apple", "Brown", "Brown"})); // filter back to "*"
+    const struct
+    {
+        qint16 answer;
+        int entries;
+    } answers[] = {{ResultCancel, 2}, {ResultYes, 2}, {ResultNo, 3}};
+    for (const auto &a : answers) {
+        messages.requests.clear();
+        messages.answers = {a.answer};
+        doubles.answers = {"  otorohanga vets limited "};
+        logic.addEntry();
+        const MessageRequest asked = onlyMessage();
+        EXPECT_EQ(asked.title, "Already in the Address Book?");
+        EXPECT_TRUE(asked.prompt.contains("Ōtorohanga Vets Ltd"));
+        EXPECT_EQ(farmCount(""), a.entries);
+        EXPECT_EQ(logic.shownAddressId() == 2, a.answer == ResultYes);
+    }
     const qint32 id = AddressGlobals::CurrentAddressID;
     EXPECT_GT(id, 2);
     EXPECT_EQ(logic.shownAddressId(), id);
+    EXPECT_EQ(listed(), (QStringList{"Apple", "otorohanga vets limited",
+                                     "Ōtorohanga Vets Ltd"})); // filter back to "*"
     EXPECT_FALSE(logic.editPaysEnabled());
-    logic.addEntry();
-    EXPECT_EQ(farmCount("WHERE BusName = 'Brown'"), 3);
     EXPECT_TRUE(stored("ContactLastName", id).isNull());
+    messages.requests.clear();
+    doubles.answers = {"Brown"};
+    logic.addEntry();
+    EXPECT_TRUE(messages.requests.empty());
     EXPECT_EQ(wageValue("SELECT Count(*) FROM Employees").toInt(), 0);
+}
+
+TEST(DuplicatesTest, NamesAreComparedBeyondCaseAccentsPunctuationAndTheCompanyEnding)
+{
+    const struct
+    {
+        const char *a, *b;
+        bool same;
+    } cases[] = {
+        {"Smith Farms Ltd", "SMITH FARMS LIMITED", true},
+        {"Smith Farms Ltd.", "Smith Farms", true},
+        {"Ngāti Whātua", "Ngati Whatua", true},
+        {"O'Brien & Sons", "OBrien  &  Sons", true},
+        {"Te Awamutu Vet-Clinic", "te awamutu vet clinic", true},
+        {"Ltd", "Limited", false}, // a name that is only the ending stays itself
+        {"Smith Farms", "Smith Farm", false},
+        {"Limited Edition Wines", "Edition Wines", false},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(Duplicates::nameKey(QString::fromUtf8(c.a)) ==
+                      Duplicates::nameKey(QString::fromUtf8(c.b)),
+                  c.same)
+            << c.a << " / " << c.b;
 }
 
 // An employee gets its last name and an Employees row with the default type, pay interval

@@ -6,6 +6,8 @@
 #include "addressbook/ui/wagestabadapter.h"
 #include "bookdoubles.h"
 #include "launch/addressglobals.h"
+#include "paydetails/paydetailseditor.h"
+#include "paydetails/ui/wagestab.h"
 #include "suitefiles.h"
 #include "support/messagerecorder.h"
 #include "support/qtprinters.h"
@@ -291,7 +293,8 @@ TEST_F(WindowTest, WrongIdentifierWarnsOnLeavingAndGoesBackToTheBox)
 }
 
 // The employee window's Pay Information page is the pay details editor: a rate typed
-// there is saved to the employee's row when the user picks another name.
+// there asks why, and is saved to the employee's row with its log line when the user picks
+// another name.
 TEST_F(AddressBookWindowTest, PayDetailsOnTheEmployeePageAreSaved)
 {
     AddressGlobals::LaunchMode = 1;
@@ -303,6 +306,9 @@ TEST_F(AddressBookWindowTest, PayDetailsOnTheEmployeePageAreSaved)
         form->findChild<QTabWidget *>("Tab1")->setCurrentIndex(logic.payTab());
         ASSERT_EQ(logic.currentTab(), logic.payTab());
         const qint32 employee = logic.shownAddressId();
+        BookDoubles doubles;
+        doubles.answers = {"annual review"};
+        form->wagesTab()->editor().setInputBox(&doubles);
         auto *rate = namedChild<QLineEdit>(form, "Text2_2");
         ASSERT_TRUE(clickFocus(rate));
         rate->selectAll();
@@ -315,6 +321,14 @@ TEST_F(AddressBookWindowTest, PayDetailsOnTheEmployeePageAreSaved)
             suite.wageValue(
                 QStringLiteral("SELECT PayRate FROM Employees WHERE AddressID = %1").arg(employee)),
             412500);
+        EXPECT_EQ(doubles.prompts.size(), 1);
+        const QString notes =
+            suite
+                .farmValue(QStringLiteral("SELECT notes FROM Addresses WHERE AddressID = %1")
+                               .arg(employee))
+                .toString();
+        EXPECT_TRUE(notes.contains("amended to $41.25") && notes.endsWith(": annual review)"))
+            << notes.toStdString();
         form->close();
     }
 }

@@ -189,17 +189,28 @@ TEST(SuiteMessageDialogTest, ButtonsReturnThePlatformCodes)
 
 // Whose value stands: each named button answers; Enter and Escape go back (Cancel), so
 // that nobody's value is lost by a key pressed out of habit.
-TEST(SuiteMessageDialogTest, KeepMineTakeTheirsAnswersAndDefaultsToCancel)
+// The three-way questions: each button answers, Escape goes back, and Enter takes the
+// safe choice (Cancel for whose values stand, Go to Existing for a lookalike).
+TEST(SuiteMessageDialogTest, ThreeWayQuestionsAnswerAndDefaultSafely)
 {
-    MessageRequest request = question;
-    request.buttons = ButtonsKeepMineTakeTheirsCancel;
-    const std::pair<const char *, qint16> cases[] = {{"cmdKeepMine", ResultYes},
-                                                     {"cmdTakeTheirs", ResultNo},
-                                                     {"enter", ResultCancel},
-                                                     {"escape", ResultCancel}};
-    for (const auto &[press, expected] : cases) {
+    const struct
+    {
+        qint32 buttons;
+        const char *press;
+        qint16 expected;
+    } cases[] = {{ButtonsKeepMineTakeTheirsCancel, "cmdKeepMine", ResultYes},
+                 {ButtonsKeepMineTakeTheirsCancel, "cmdTakeTheirs", ResultNo},
+                 {ButtonsKeepMineTakeTheirsCancel, "enter", ResultCancel},
+                 {ButtonsKeepMineTakeTheirsCancel, "escape", ResultCancel},
+                 {ButtonsGoToAddAnywayCancel, "cmdGoToExisting", ResultYes},
+                 {ButtonsGoToAddAnywayCancel, "cmdAddAnyway", ResultNo},
+                 {ButtonsGoToAddAnywayCancel, "enter", ResultYes},
+                 {ButtonsGoToAddAnywayCancel, "escape", ResultCancel}};
+    for (const auto &c : cases) {
+        MessageRequest request = question;
+        request.buttons = c.buttons;
         SuiteMessageDialog dialog(request);
-        QTimer::singleShot(0, [&dialog, press = QString(press)] {
+        QTimer::singleShot(0, [&dialog, press = QString(c.press)] {
             if (press == u"enter")
                 QTest::keyClick(&dialog, Qt::Key_Return);
             else if (press == u"escape")
@@ -207,7 +218,7 @@ TEST(SuiteMessageDialogTest, KeepMineTakeTheirsAnswersAndDefaultsToCancel)
             else
                 QTest::mouseClick(dialog.findChild<QPushButton *>(press), Qt::LeftButton);
         });
-        EXPECT_EQ(dialog.exec(), expected) << press;
+        EXPECT_EQ(dialog.exec(), c.expected) << c.buttons << c.press;
     }
 }
 

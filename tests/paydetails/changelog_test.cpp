@@ -1,4 +1,5 @@
 // Change-log lines, dated with the pinned day, and their place in the notes.
+#include "config/suiteconfig.h"
 #include "core/clock.h"
 #include "data/database.h"
 #include "data/recordset.h"
@@ -42,11 +43,60 @@ TEST(ChangeLogLine, ComposedForTheFieldOrNotAtAll)
     setToday(QDate());
 }
 
+// Who and why follow what changed, on the one line; neither leaves the line as it was.
+TEST(ChangeLogLine, SignedWithWhoAndWhy)
+{
+    const QString line = "[22/11/2026] Pay rate amended to $31.00 Hour";
+    const QString longWhy = QString(130, u'x');
+    const struct
+    {
+        QString who, why, suffix;
+    } cases[] = {{"Mere", "", " (by Mere)"},
+                 {"Mere", "annual review", " (by Mere: annual review)"},
+                 {"Mere", " \r\n ", " (by Mere)"}, // nothing but blanks is no reason
+                 {"Mere", "new job\r\n\tsecond\u2028job", " (by Mere: new job second job)"},
+                 {"Mere", longWhy, " (by Mere: " + longWhy.left(kMaxLogReason) + ")"},
+                 {"Mere", QString(kMaxLogReason - 1, u'x') + "\U0001F411", // not half a sheep
+                  " (by Mere: " + QString(kMaxLogReason - 1, u'x') + ")"},
+                 {"Te\nAroha", "", " (by Te Aroha)"},
+                 {"", "annual review", " (annual review)"},
+                 {"", "", ""}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.who.toStdString() + "/" + c.why.toStdString());
+        EXPECT_EQ(signedLine(line, c.who, c.why), line + c.suffix);
+    }
+    EXPECT_EQ(signedLine("", "Mere", "why"), "") << "no line, nothing to sign";
+}
+
+// The name from the INI, else the login; the INI's is for a computer clerks share.
+TEST(ChangeLogLine, WhoIsTheIniNameElseTheLogin)
+{
+    TempSuite suite;
+    const QByteArray user = qgetenv("USER"), userName = qgetenv("USERNAME");
+    const struct
+    {
+        const char *ini, *user, *userName, *who;
+    } cases[] = {{"[CORVANE]\r\nUserName= Mere \r\n", "hemi", "", "Mere"},
+                 {"[CORVANE]\r\nUserName=\r\n", "hemi", "", "hemi"},
+                 {"[START]\r\n", "", "Ana", "Ana"}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.who);
+        suite.writeIni(c.ini);
+        qputenv("USER", c.user);
+        qputenv("USERNAME", c.userName);
+        EXPECT_EQ(suiteUserName(), c.who);
+    }
+    qputenv("USER", user);
+    qputenv("USERNAME", userName);
+}
+
 TEST(ChangeLogNotes, AppendedOldestFirst)
 {
     TempSuite suite;
-    suite.execFarm("INSERT INTO Addresses (AddressID, BusName, notes) VALUES (5, 'Ann Hay', "
-                   "'Started on the Tāwhiti block'), (6, 'New Hand', NULL)");
+    suite.execFarm(
+        "INSERT INTO Addresses (AddressID, BusName, notes) VALUES (5, 'Ann Hay', "
+        "'Started on the Tāwhiti block\r\n[1/04/2010] Pay rate amended to $25.00 Head'), "
+        "(6, 'New Hand', NULL)");
     const auto books = suite.openBooks();
     Database &farm = *books;
     const auto notes = [&](int id) {
@@ -54,10 +104,12 @@ TEST(ChangeLogNotes, AppendedOldestFirst)
                      Recordset::Snapshot);
         return rs.value(0).toString();
     };
-    appendToNotes(farm, {"[1] one", "", "[2] two"}, 5);
+    // Lines from before who and why were logged stay as they are.
+    appendToNotes(farm, {"[1] one (by Mere: review)", "", "[2] two"}, 5);
     appendToNotes(farm, {"[3] three"}, 6);
     appendToNotes(farm, {"[4] four"}, 404); // no such entry: nothing, no error
-    EXPECT_EQ(notes(5), "Started on the Tāwhiti block\r\n[1] one\r\n[2] two");
+    EXPECT_EQ(notes(5), "Started on the Tāwhiti block\r\n[1/04/2010] Pay rate amended to $25.00 "
+                        "Head\r\n[1] one (by Mere: review)\r\n[2] two");
     EXPECT_EQ(notes(6), "[3] three");
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "controls/inputboxservice.h"
 #include "core/clock.h"
 #include "data/database.h"
 #include "data/recordset.h"
@@ -10,7 +11,20 @@
 
 #include <gtest/gtest.h>
 #include <memory>
+#include <QStringList>
 #include <QVariant>
+
+// Answers the editor's questions for a reason with the queued texts, then as Cancel does.
+struct ReasonAnswers : InputBoxService
+{
+    explicit ReasonAnswers(QStringList queued = {}) : answers(std::move(queued)) {}
+    QString ask(const QString &prompt, const QString &, const QString &) override
+    {
+        prompts << prompt;
+        return answers.isEmpty() ? QString() : answers.takeFirst();
+    }
+    QStringList answers, prompts;
+};
 
 // Small books for the pay details editor: entry 37 is an employee (row 5,
 // KiwiSaver member), entry 38 has no employee row yet.
@@ -54,6 +68,8 @@ protected:
             "TaxName) VALUES (5, 1, 0, 3, 'KiwiSaver'), (5, 7, 50000, 0, NULL);"
             "INSERT INTO EmployerContributions (EmployeeID, ContributionID, FixedAmount, "
             "SpecialRate, TaxName) VALUES (5, 2, 0, 3, 'KiwiSaver')");
+        // Changes are signed with the INI's name, not the login of whoever runs the tests.
+        suite.writeIni(suite.readIni().replace("UserName=\r\n", "UserName=Mere\r\n"));
         // The editor's connection, as the windows open it; wage reads what was stored.
         farm = suite.openBooks();
         wage = suite.openBooks();

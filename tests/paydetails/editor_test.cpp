@@ -42,7 +42,7 @@ TEST_F(EditorFields, FieldsFormatWhenLeftAndANewRateIsLogged)
     EXPECT_TRUE(notes().isEmpty()) << "the same amount is no change";
     type(Editor::PayRate, "27.5");
     EXPECT_EQ(editor.text(Editor::PayRate), "$27.50");
-    EXPECT_EQ(notes(), "[20/05/2024] Pay rate amended to $27.50 Head");
+    EXPECT_EQ(notes(), "[20/05/2024] Pay rate amended to $27.50 Head (by Mere)");
     EXPECT_EQ(editor.text(Editor::Yearlytotal), "") << "salary never follows the rate";
 
     type(Editor::Birthdate, "3-7-85");
@@ -76,7 +76,7 @@ TEST_F(EditorFields, OccupationCaptionsThePayRateByItsUnit)
     ASSERT_EQ(editor.list(Editor::Occupation).text(), "Relief milker");
     editor.listFocusOut(Editor::Occupation);
     EXPECT_EQ(editor.payRateCaption(), "Pay Rate (per Hour)");
-    EXPECT_EQ(notes(), "[20/05/2024] Occupation changed to Relief milker");
+    EXPECT_EQ(notes(), "[20/05/2024] Occupation changed to Relief milker (by Mere)");
 }
 
 TEST_F(EditorFields, EnrolmentShowsRatesOnlyForMembers)
@@ -207,7 +207,9 @@ TEST_F(EditorBooks, ChangeLogLinesAreWrittenOnlyWithTheSaveThatStoresTheChange)
                      Recordset::Snapshot);
         return rs.value(0).toString();
     };
+    ReasonAnswers why({"annual review"});
     Editor editor(Editor::Host::Dialog);
+    editor.setInputBox(&why);
     editor.load(*farm, 37);
     type(editor, Editor::PayRate, "31");
     editor.listFocusIn(Editor::Occupation);
@@ -226,8 +228,42 @@ TEST_F(EditorBooks, ChangeLogLinesAreWrittenOnlyWithTheSaveThatStoresTheChange)
     EXPECT_EQ(stored(37, "PayRate").value<Money>(), Money::fromUnits(25));
     EXPECT_FALSE(editor.queryClose());
     EXPECT_EQ(stored(37, "PayRate").value<Money>(), Money::fromUnits(31));
-    EXPECT_EQ(notes(), "[20/05/2024] Pay rate amended to $31.00 Head\r\n"
-                       "[20/05/2024] Occupation changed to Farm hand");
+    EXPECT_EQ(notes(), "[20/05/2024] Pay rate amended to $31.00 Head (by Mere: annual review)\r\n"
+                       "[20/05/2024] Occupation changed to Farm hand (by Mere)");
+    EXPECT_EQ(why.prompts.size(), 1) << "a save gone back to does not ask again";
+}
+
+// Pay rate, salary and tax type changes ask why; the answer, kept on one line, follows who
+// made the change. Cancel or nothing typed still logs the change; no change, no question.
+TEST_F(EditorBooks, PayChangesAskWhyAndAreSignedWithWho)
+{
+    ReasonAnswers why({"annual review", "", "new job\r\n\tsecond job"});
+    Editor editor(Editor::Host::WagesTab);
+    editor.setInputBox(&why);
+    editor.load(*farm, 37);
+    const auto pickAndLeave = [&](int list, const QString &text) {
+        editor.listFocusIn(list);
+        choose(editor, list, text);
+        editor.listFocusOut(list);
+    };
+    type(editor, Editor::PayRate, "31");
+    type(editor, Editor::Yearlytotal, "52000");
+    pickAndLeave(Editor::TaxType, "Secondary");
+    pickAndLeave(Editor::PayInterval, "Weekly"); // told when chosen and when left
+    type(editor, Editor::PayRate, "31");
+    EXPECT_EQ(why.prompts,
+              QStringList({"Pay rate amended to $31.00 Head.\n\nReason for the pay rate change "
+                           "(optional):",
+                           "Salary Changed to $52,000.00 per year.\n\nReason for the salary "
+                           "change (optional):",
+                           "Tax type changed to Secondary.\n\nReason for the tax type change "
+                           "(optional):"}));
+    EXPECT_EQ(editor.pendingLog(),
+              QStringList({"[20/05/2024] Pay rate amended to $31.00 Head (by Mere: annual review)",
+                           "[20/05/2024] Salary Changed to $52,000.00 per year (by Mere)",
+                           "[20/05/2024] Tax type changed to Secondary (by Mere: new job second "
+                           "job)",
+                           "[20/05/2024] Pay interval changed to Weekly (by Mere)"}));
 }
 
 // The ESCT tick on the tab, and leaving KiwiSaver in the dialog, are stored at once.

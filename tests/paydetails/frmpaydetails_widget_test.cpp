@@ -97,7 +97,7 @@ TEST_F(PayDialogTest, APickedDateIsWrittenIntoItsFieldAndLoggedWhenLeft)
     ASSERT_TRUE(QTest::qWaitFor([&] { return text(Editor::Datehired)->hasFocus(); }));
     focus(text(Editor::TaxCode));
     const QString notes = dialog->editor().pendingLog().join("\r\n"); // for the save
-    EXPECT_TRUE(notes.endsWith("] Hired on " + SerialDate::toShortText(expected)))
+    EXPECT_TRUE(notes.contains("] Hired on " + SerialDate::toShortText(expected) + " (by "))
         << notes.toStdString();
 }
 
@@ -145,7 +145,8 @@ TEST_F(PayDialogTest, EveryWayOfClosingTakesThePendingEdit)
         EXPECT_EQ(employeeValue(amount, id).toLongLong(),
                   Money::parse(QString::number(10 + round) + ".50")->scaled());
         const QString notes = suite.farmValue("SELECT notes FROM Addresses" + where).toString();
-        EXPECT_TRUE(notes.endsWith("] Pay interval changed to " + chosen)) << notes.toStdString();
+        EXPECT_TRUE(notes.contains("] Pay interval changed to " + chosen + " (by "))
+            << notes.toStdString();
         dialog.reset();
     }
 }

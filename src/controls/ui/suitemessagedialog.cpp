@@ -32,7 +32,8 @@ QLabel *textLabel(const QString &text, const char *name, QWidget *parent)
 SuiteMessageDialog::SuiteMessageDialog(const MessageRequest &request, QWidget *parent)
     : QDialog(parent), m_answer(request.buttons == ButtonsYesNo ? ResultNo
                                 : request.buttons == ButtonsRetryDiscardCancel ||
-                                        request.buttons == ButtonsKeepMineTakeTheirsCancel
+                                        request.buttons == ButtonsKeepMineTakeTheirsCancel ||
+                                        request.buttons == ButtonsGoToAddAnywayCancel
                                     ? ResultCancel
                                     : ResultOk),
       m_escapeAnswer(m_answer)
@@ -114,6 +115,18 @@ SuiteMessageDialog::SuiteMessageDialog(const MessageRequest &request, QWidget *p
         connect(cancel, &QPushButton::clicked, this, [this] { finish(ResultCancel); });
         cancel->setDefault(true);
         cancel->setFocus();
+    } else if (request.buttons == ButtonsGoToAddAnywayCancel) {
+        // Going to the entry already there is the safe choice; Escape adds nothing.
+        QPushButton *go = m_buttons->addButton(tr("&Go to Existing"), QDialogButtonBox::AcceptRole);
+        QPushButton *add = m_buttons->addButton(tr("&Add Anyway"), QDialogButtonBox::ActionRole);
+        QPushButton *cancel = m_buttons->addButton(QDialogButtonBox::Cancel);
+        go->setObjectName("cmdGoToExisting");
+        add->setObjectName("cmdAddAnyway");
+        connect(go, &QPushButton::clicked, this, [this] { finish(ResultYes); });
+        connect(add, &QPushButton::clicked, this, [this] { finish(ResultNo); });
+        connect(cancel, &QPushButton::clicked, this, [this] { finish(ResultCancel); });
+        go->setDefault(true);
+        go->setFocus();
     } else if (request.buttons == ButtonsYesNo) {
         QPushButton *yes = m_buttons->addButton(QDialogButtonBox::Yes);
         QPushButton *no = m_buttons->addButton(QDialogButtonBox::No);

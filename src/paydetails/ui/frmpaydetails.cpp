@@ -14,6 +14,7 @@ frmPaydetails::frmPaydetails(qint32 addressId, QWidget *parent)
 {
     setObjectName("frmPaydetails");
     setModal(true);
+    m_editor->setInputBox(&m_inputBox);
     m_panel = new PayDetailsPanel(*m_editor, this);
 
     m_ok = new QPushButton(this);

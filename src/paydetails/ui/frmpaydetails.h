@@ -1,5 +1,7 @@
 #pragma once
 
+#include "controls/ui/inputbox.h"
+
 #include <memory>
 #include <QDialog>
 
@@ -39,4 +41,5 @@ private:
     PayDetailsPanel *m_panel = nullptr;
     QPushButton *m_ok = nullptr;
     std::unique_ptr<FormEvents> m_events; // Enter on OK moves on
+    InputBox m_inputBox{this};            // asks why pay changed
 };

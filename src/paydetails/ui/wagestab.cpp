@@ -10,6 +10,7 @@ WagesTab::WagesTab(QWidget *parent)
       m_editor(std::make_unique<PayDetailsEditor>(PayDetailsEditor::Host::WagesTab))
 {
     setObjectName("WagesTab");
+    m_editor->setInputBox(&m_inputBox);
     m_panel = new PayDetailsPanel(*m_editor, this);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

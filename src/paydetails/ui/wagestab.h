@@ -1,5 +1,7 @@
 #pragma once
 
+#include "controls/ui/inputbox.h"
+
 #include <memory>
 #include <QWidget>
 
@@ -28,4 +30,5 @@ public:
 private:
     std::unique_ptr<PayDetailsEditor> m_editor;
     PayDetailsPanel *m_panel = nullptr;
+    InputBox m_inputBox{this}; // asks why pay changed
 };
