@@ -20,6 +20,7 @@
 #include "messages/savechanges.h"
 #include "paydetails/paylists.h"
 
+#include <algorithm>
 #include <QGuiApplication>
 
 namespace {
@@ -158,6 +159,7 @@ void AddressBookLogic::FillNameList(bool currentOnly, qint32 &addressId, const Q
             own = openSuiteDatabase();
         const AddressStore names(m_farm ? *m_farm : *own);
 
+        endSearch();
         const qint32 reselect = addressId >= 1                ? addressId
                                 : m_nameList.listIndex() >= 0 ? m_nameList.currentData()
                                                               : -1;
@@ -211,6 +213,131 @@ void AddressBookLogic::changeLetterFilter(const QString &letter)
     m_filter = letter == u"*" ? QStringLiteral("*") : letter + u'*';
     qint32 current = m_launch.currentAddressId;
     FillNameList(false, current, m_filter);
+}
+
+// ---- Search as you type ----------------------------------------------------
+
+void AddressBookLogic::endSearch()
+{
+    m_search.clear();
+    m_searchText.clear();
+    m_searching = false;
+}
+
+// The index covers every entry of the mode, so it is built from the whole list: the one
+// shown unless a letter or a search has narrowed it.
+void AddressBookLogic::loadSearch()
+{
+    if (m_search.isLoaded())
+        return;
+    const AddressStore data = store();
+    ComboList whole;
+    const bool narrowed = m_searching || (!m_employeeMode && m_filter != u"*");
+    if (narrowed && m_employeeMode)
+        data.listEmployees(whole, m_employeeSwitchChecked);
+    else if (narrowed)
+        data.listNames(whole, QStringLiteral("*"));
+    QHash<qint32, QByteArray> words;
+    words.reserve(m_nameList.count());
+    data.readSearchTexts(m_employeeMode, [&](qint32 id, const NameSearch::Texts &texts) {
+        words.insert(id, NameSearch::entryWords(texts));
+    });
+    m_search.load(narrowed ? whole.items() : m_nameList.items(), words);
+}
+
+void AddressBookLogic::prepareSearch()
+{
+    Batch batch(*this);
+    if (!m_farm)
+        return;
+    try {
+        loadSearch();
+    } catch (const CvError &e) {
+        showErrorReport(e, origin("FillNameList"));
+    }
+}
+
+void AddressBookLogic::search(const QString &text)
+{
+    Batch batch(*this);
+    if (!m_farm)
+        return;
+    const QStringList words = NameSearch::words(text);
+    if (words.isEmpty()) {
+        clearSearch();
+        m_searchText = text;
+        return;
+    }
+    try {
+        const auto find = [&] {
+            loadSearch();
+            std::vector<ComboItem> found; // a copy: a save may drop the index
+            for (int i : m_search.find(words))
+                found.push_back(m_search.items()[std::size_t(i)]);
+            return found;
+        };
+        std::vector<ComboItem> found = find();
+        const qint32 shown = m_entry.id();
+        const auto isShown = [&](const ComboItem &item) { return item.data == shown; };
+        auto kept = std::find_if(found.begin(), found.end(), isShown);
+        // Leaving the entry on screen saves it first, as choosing from the list does; what
+        // that stored is searched again (the user may have typed what was searched for).
+        if (kept == found.end() && shown != 0) {
+            if (!saveCurrentTab())
+                return;
+            if (!m_search.isLoaded()) {
+                found = find();
+                kept = std::find_if(found.begin(), found.end(), isShown);
+            }
+        }
+        m_searchText = text;
+        m_searching = true;
+        if (!m_employeeMode)
+            m_filter = QStringLiteral("*");
+        m_nameList.clear();
+        m_nameList.reserve(int(found.size()));
+        for (const ComboItem &item : found)
+            m_nameList.addItem(item.text, item.data);
+        if (found.empty()) {
+            ClearScreen();
+            m_entry.clearNotes();
+        } else if (kept != found.end()) {
+            m_nameList.setListIndex(int(kept - found.begin()));
+        } else {
+            m_nameList.setListIndex(0);
+            UpdateScreenDisplay();
+        }
+    } catch (const CvError &e) {
+        showErrorReport(e, origin("FillNameList"));
+    }
+}
+
+void AddressBookLogic::clearSearch()
+{
+    Batch batch(*this);
+    m_searchText.clear();
+    if (!m_searching)
+        return;
+    m_searching = false;
+    const qint32 keep = m_entry.id() != 0 ? m_entry.id() : m_launch.currentAddressId;
+    const auto &items = m_search.items();
+    if (items.empty()) {
+        // The index went with a save that changed what it held: read the list again.
+        qint32 current = keep;
+        FillNameList(m_employeeMode && m_employeeSwitchChecked, current, m_filter);
+        return;
+    }
+    m_nameList.clear();
+    m_nameList.reserve(int(items.size()));
+    int position = -1;
+    for (const ComboItem &item : items) {
+        if (item.data == keep && position < 0)
+            position = m_nameList.count();
+        m_nameList.addItem(item.text, item.data);
+    }
+    m_nameList.setListIndex(qMax(position, 0));
+    if (m_entry.id() != m_nameList.currentData())
+        UpdateScreenDisplay();
 }
 
 void AddressBookLogic::clickEmployeeSwitch(bool checked)
@@ -376,6 +503,14 @@ bool AddressBookLogic::saveEntry(bool withNotes)
     const SaveOutcome outcome = m_entry.save(farm(), withNotes);
     if (outcome == SaveOutcome::Discarded && !m_employeeMode)
         EnableEditPays(m_entry.flag(WageFlag));
+    // A search must find the entry by what was just stored: an index that holds other
+    // words for it is read again at the next key.
+    if (outcome == SaveOutcome::Saved && m_search.isLoaded() && m_entry.id() != 0 &&
+        !m_search.holds(m_entry.id(), NameSearch::entryWords(
+                                          {m_entry.field(BusName), m_entry.field(ContactFirstName),
+                                           m_entry.field(ContactLastName), m_entry.field(BusCity),
+                                           m_entry.field(BusPhone)})))
+        m_search.clear();
     return outcome != SaveOutcome::Kept;
 }
 

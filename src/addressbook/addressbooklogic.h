@@ -3,6 +3,7 @@
 #include "addressbook/addressfields.h"
 #include "addressbook/addressform.h"
 #include "addressbook/addressstore.h"
+#include "addressbook/namesearch.h"
 #include "addressbook/shownentry.h"
 #include "config/suitecolour.h"
 #include "controls/combolist.h"
@@ -76,6 +77,18 @@ public:
     void chooseName(int index);
     // The letter strip's filter changed: a letter, or "*" for all.
     void changeLetterFilter(const QString &letter);
+    // The search box's text changed. The name list narrows to the entries every typed word
+    // finds (namesearch.h), among all the entries of the mode: a letter chosen on the strip
+    // goes back to "*", and choosing a letter or rebuilding the list ends the search. The
+    // entry on screen stays when it is found; otherwise it is saved, as choosing another
+    // from the list does, and the first found is shown (none when nothing is). When it
+    // cannot be saved and the user goes back to it, the search stays as it was.
+    void search(const QString &text);
+    // Esc in the search box: the whole list again, on the entry shown or else the one
+    // last shown.
+    void clearSearch();
+    // Reads the search's index ahead of the first key (the box has the focus).
+    void prepareSearch();
     // chk_employee click; checked is the box's new state.
     void clickEmployeeSwitch(bool checked);
     // Tab1 click: the user selected tab (the tab left is currentTab()).
@@ -171,6 +184,9 @@ public:
     bool letterStripEnabled() const { return m_letterStripEnabled; }
     // The name list's LIKE pattern: "*" or a letter and "*".
     QString filter() const { return m_filter; }
+    // The search box's text, and whether the list holds what it found.
+    QString searchText() const { return m_searchText; }
+    bool searching() const { return m_searching; }
 
     bool employeeSwitchVisible() const { return m_employeeMode; }
     bool employeeSwitchChecked() const { return m_employeeSwitchChecked; }
@@ -220,6 +236,8 @@ private:
     void refreshList();
     bool identifierKept(int field, int nextField);
     void goToEntry(qint32 addressId);
+    void loadSearch();
+    void endSearch();
 
     LaunchContext &m_launch;
     std::unique_ptr<Database> m_farm;
@@ -236,6 +254,9 @@ private:
 
     ComboList m_nameList;
     QString m_filter = QStringLiteral("*");
+    NameSearch m_search; // loaded at the first search, dropped when the list is rebuilt
+    QString m_searchText;
+    bool m_searching = false;
 
     int m_currentTab = 0;
     bool m_editPaysEnabled = false;

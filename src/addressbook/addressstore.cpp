@@ -2,11 +2,14 @@
 
 #include "controls/combolist.h"
 #include "controls/filldaovbcombo.h"
+#include "core/foldedtext.h"
 #include "data/database.h"
+#include "data/jetlike.h"
 #include "data/recordset.h"
 #include "data/rowreader.h"
 #include "paydetails/employeedefaults.h"
 
+#include <algorithm>
 #include <QHash>
 
 using namespace AddressFields;
@@ -15,14 +18,74 @@ namespace {
 
 const QString kEntry = QStringLiteral("Select distinctrow * from Addresses where addressid = ?");
 
-// Adds the rows of (AddressID, name) to the list, skipping rows without a name. Read
+// The name list in the order of its names folded for case and accents. The statements
+// order by the column's index, which is already that order for names all in ASCII; the
+// others (a small minority: macrons and the like) are set aside, sorted by their fold and
+// merged in, so both backends give the same list whatever they do with such letters.
+class FoldedNames
+{
+public:
+    // A row in the statement's order.
+    void add(const QString &name, qint32 id)
+    {
+        if (FoldedText::isAscii(name))
+            m_ascii.push_back({name, id});
+        else
+            addOther(name, id, FoldedText::fold(name));
+    }
+    void addOther(const QString &name, qint32 id, QString key)
+    {
+        m_other.push_back({std::move(key), name, id});
+    }
+
+    // Equal folds: ASCII first, then by the name as written, then by identifier, so that
+    // the order does not depend on the backend.
+    void into(ComboList &list)
+    {
+        std::sort(m_other.begin(), m_other.end(), [](const Other &a, const Other &b) {
+            if (const int c = FoldedText::compare(a.key, b.key))
+                return c < 0;
+            if (const int c = FoldedText::compare(a.name, b.name))
+                return c < 0;
+            return a.id < b.id;
+        });
+        list.reserve(list.count() + int(m_ascii.size() + m_other.size()));
+        auto other = m_other.cbegin();
+        for (const ComboItem &item : m_ascii) {
+            for (; other != m_other.cend() && FoldedText::compareAscii(item.text, other->key) > 0;
+                 ++other)
+                list.addItem(other->name, other->id);
+            list.addItem(item.text, item.data);
+        }
+        for (; other != m_other.cend(); ++other)
+            list.addItem(other->name, other->id);
+    }
+
+private:
+    struct Other
+    {
+        QString key;
+        QString name;
+        qint32 id;
+    };
+    std::vector<ComboItem> m_ascii;
+    std::vector<Other> m_other;
+};
+
+// Adds the rows of (AddressID, name) in folded order, skipping rows without a name. Read
 // forward only: the list keeps its own copy, and a name list runs to 100,000 rows.
 void addNames(ComboList &list, RowReader &rows)
 {
+    FoldedNames names;
     while (rows.next())
         if (!rows.isNull(1))
-            list.addItem(rows.text(1), qint32(rows.integer(0)));
+            names.add(rows.text(1), qint32(rows.integer(0)));
+    names.into(list);
 }
+
+const QString kListAll = QStringLiteral("SELECT DISTINCTROW Addresses.AddressID, "
+                                        "Addresses.BusName FROM Addresses WHERE "
+                                        "Addresses.busname LIKE ? ORDER BY Addresses.busname;");
 
 } // namespace
 
@@ -34,12 +97,51 @@ Recordset AddressStore::select(const QString &jetSql, const QVariantList &values
 
 void AddressStore::listNames(ComboList &list, const QString &pattern) const
 {
-    RowReader rows(m_db,
-                   QStringLiteral("SELECT DISTINCTROW Addresses.AddressID, Addresses.BusName "
-                                  "FROM Addresses WHERE Addresses.busname LIKE ? "
-                                  "ORDER BY Addresses.busname;"),
-                   {pattern});
-    addNames(list, rows);
+    // The pattern as the names are compared: "Ō*" lists the O names.
+    const QString folded = FoldedText::fold(pattern);
+    FoldedNames names;
+    if (folded == u"*") {
+        RowReader rows(m_db, kListAll, {folded});
+        addNames(list, rows);
+        return;
+    }
+    if (folded.size() == 2 && folded[1] == u'*' && folded[0].unicode() < 0x80 &&
+        folded[0].isLetterOrNumber()) {
+        // A letter: the names that begin with it in ASCII, from the index as before, and
+        // those that begin beyond ASCII (from the index's end), kept when their fold does.
+        RowReader rows(m_db, kListAll, {folded});
+        while (rows.next()) {
+            const QString name = rows.isNull(1) ? QString() : rows.text(1);
+            if (!name.isEmpty() && name.front().unicode() < 0x80)
+                names.add(name, qint32(rows.integer(0)));
+        }
+        RowReader beyond(m_db,
+                         QStringLiteral("SELECT DISTINCTROW Addresses.AddressID, "
+                                        "Addresses.BusName FROM Addresses WHERE "
+                                        "Addresses.busname >= ? ORDER BY Addresses.busname;"),
+                         {QString(QChar(0x80))});
+        while (beyond.next()) {
+            const QString name = beyond.isNull(1) ? QString() : beyond.text(1);
+            if (name.isEmpty() || name.front().unicode() < 0x80)
+                continue;
+            QString key = FoldedText::fold(name);
+            if (key.startsWith(folded[0]))
+                names.addOther(name, qint32(beyond.integer(0)), std::move(key));
+        }
+        names.into(list);
+        return;
+    }
+    // Any other pattern: every name, each matched by its fold.
+    RowReader rows(m_db, kListAll, {QStringLiteral("*")});
+    while (rows.next()) {
+        if (rows.isNull(1))
+            continue;
+        const QString name = rows.text(1);
+        QString key = FoldedText::fold(name);
+        if (JetLike::matches(key, folded))
+            names.addOther(name, qint32(rows.integer(0)), std::move(key));
+    }
+    names.into(list);
 }
 
 void AddressStore::listEmployees(ComboList &list, bool currentOnly) const
@@ -70,6 +172,21 @@ void AddressStore::listEmployees(ComboList &list, bool currentOnly) const
         const auto match = names.constFind(employees.integer(0));
         if (match != names.constEnd())
             list.addItem(match.value(), qint32(match.key()));
+    }
+}
+
+void AddressStore::readSearchTexts(bool employeesOnly, const SearchRow &row) const
+{
+    RowReader rows(
+        m_db, QStringLiteral("SELECT Addresses.AddressID, Addresses.BusName, "
+                             "Addresses.contactFirstName, Addresses.ContactLastName, "
+                             "Addresses.BusCity, Addresses.BusPhone FROM Addresses") +
+                  (employeesOnly ? QStringLiteral(" WHERE Addresses.WageFlag = True") : QString()));
+    std::array<QString, 5> texts;
+    while (rows.next()) {
+        for (int c = 0; c < 5; ++c)
+            texts[std::size_t(c)] = rows.isNull(c + 1) ? QString() : rows.text(c + 1);
+        row(qint32(rows.integer(0)), texts);
     }
 }
 

@@ -70,11 +70,18 @@ public:
 
     // The name list, added to list: each entry's name with its AddressID as item data; nameless
     // rows are left out. The address book lists the names LIKE the Jet pattern, by name.
+    // Names are compared folded for case and accents (core/foldedtext.h), in both the order
+    // and the pattern: "Ōpōtiki" is listed under O, between "Opito" and "Opua".
     void listNames(ComboList &list, const QString &pattern) const;
-    // The employee window lists the entries flagged for the wage book, by name; or with
+    // The employee window lists the entries flagged for the wage book, by folded name; or with
     // currentOnly those with an Employees row not finished (no date or 0), in AddressID
     // order, once for each such row.
     void listEmployees(ComboList &list, bool currentOnly) const;
+    // What a search looks at, for each entry (with employeesOnly each flagged for the wage
+    // book): its AddressID and its name, contact first and last names, city and phone, in
+    // that order (empty for Null). One statement; the rows in no particular order.
+    using SearchRow = std::function<void(qint32 addressId, const std::array<QString, 5> &texts)>;
+    void readSearchTexts(bool employeesOnly, const SearchRow &row) const;
     // The cashbook headings by name after a "None" item; nothing selected. Throws CvError
     // when they cannot be read, keeping what was added.
     void listHeadings(ComboList &list) const;

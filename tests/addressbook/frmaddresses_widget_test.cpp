@@ -133,6 +133,34 @@ TEST_F(WindowTest, KeysMoveThroughTheWindowAndNotesKeepTheirLines)
     EXPECT_EQ(logic->currentTab(), 0);
 }
 
+TEST_F(WindowTest, SearchBoxTakesCtrlFNarrowsAsTypedDownEntersTheListEscClears)
+{
+    open(0);
+    const int all = names()->count();
+    auto *box = child<QLineEdit>("txtSearch");
+    focus(field(Logic::BusCity));
+    key(Qt::Key_F, Qt::ControlModifier);
+    ASSERT_EQ(QApplication::focusWidget(), box);
+    QTest::keyClicks(box, "te awa");
+    EXPECT_EQ(logic->searchText(), "te awa");
+    ASSERT_GT(names()->count(), 0);
+    EXPECT_LT(names()->count(), all);
+    EXPECT_EQ(field(Logic::BusCity)->text(), "Te Awamutu");
+    key(Qt::Key_Down); // into the open list of what was found
+    QWidget *popup = QApplication::focusWidget();
+    while (popup && popup != names())
+        popup = popup->parentWidget();
+    EXPECT_EQ(popup, names());
+    key(Qt::Key_Escape);    // closes the list
+    form->activateWindow(); // the list was a window of its own
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    focus(box);
+    key(Qt::Key_Escape);
+    EXPECT_EQ(box->text(), "");
+    EXPECT_EQ(names()->count(), all);
+    EXPECT_EQ(field(Logic::BusCity)->text(), "Te Awamutu"); // the entry found stays
+}
+
 TEST_F(WindowTest, TypingReachesTheLogicAndIsKeptWhenTheEntryChanges)
 {
     open(0);

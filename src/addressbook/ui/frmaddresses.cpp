@@ -120,6 +120,7 @@ void frmAddresses::syncFromLogic()
         }
         syncTabs();
         syncFields();
+        syncSearch();
     });
 }
 
@@ -249,8 +250,25 @@ int frmAddresses::fieldIndexOf(const QObject *object) const
     return FormWidgets::indexOf(m_fields, object);
 }
 
+// The search box and the letter strip show what the logic searches and filters by: a
+// search puts the strip back on "*", a letter or a rebuilt list empties the box.
+void frmAddresses::syncSearch()
+{
+    if (m_searchBox->text() != m_logic.searchText())
+        m_searchBox->setText(m_logic.searchText());
+    const QString filter = m_logic.filter();
+    const QString letter = filter == u"*" ? filter : filter.chopped(1);
+    if (m_logic.searching() && m_letterStrip->selectedLetter() != letter)
+        m_letterStrip->setSelectedLetter(letter);
+}
+
 bool frmAddresses::handleEvent(QObject *watched, QEvent *event)
 {
+    // The index is read when the box is entered, ahead of the first key.
+    if (event->type() == QEvent::FocusIn && watched == m_searchBox) {
+        m_logic.prepareSearch();
+        return false;
+    }
     if (event->type() == QEvent::MouseButtonRelease) {
         // The switch's caption is a label of its own; clicking it clicks the box.
         if (watched == m_employeeSwitchLabel && m_employeeSwitch->isEnabled())
@@ -261,6 +279,20 @@ bool frmAddresses::handleEvent(QObject *watched, QEvent *event)
         return false;
     const auto *key = static_cast<QKeyEvent *>(event);
     const bool control = key->modifiers().testFlag(Qt::ControlModifier);
+    if (control && key->key() == Qt::Key_F) {
+        m_searchBox->setFocus(Qt::ShortcutFocusReason);
+        m_searchBox->selectAll();
+        return true;
+    }
+    if (watched == m_searchBox && key->key() == Qt::Key_Down && m_names->count() > 0) {
+        m_names->setFocus(Qt::OtherFocusReason);
+        m_names->showPopup();
+        return true;
+    }
+    if (watched == m_searchBox && key->key() == Qt::Key_Escape && !m_searchBox->text().isEmpty()) {
+        m_logic.clearSearch();
+        return true;
+    }
     switch (key->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:

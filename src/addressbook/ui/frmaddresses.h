@@ -62,6 +62,7 @@ private:
     void syncCaptions();
     void syncFields();
     void syncTabs();
+    void syncSearch();
     void syncBankLayout();
     void setWaitCursor(bool on);
     void focusCurrentPage();
@@ -87,6 +88,7 @@ private:
     std::unique_ptr<ComboMirror> m_headingMirror;
 
     AlphaList *m_letterStrip = nullptr;
+    QLineEdit *m_searchBox = nullptr;
     QComboBox *m_names = nullptr;
     QCheckBox *m_employeeSwitch = nullptr;
     QLabel *m_employeeSwitchLabel = nullptr;

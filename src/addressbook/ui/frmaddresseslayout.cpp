@@ -98,6 +98,16 @@ QWidget *frmAddresses::buildTopArea()
     connect(m_letterStrip, &AlphaList::MouseUp, this, filterByLetter);
     connect(m_letterStrip, &AlphaList::KeyUp, this, filterByLetter);
 
+    // Search as you type, over every entry: Ctrl+F comes here, Down goes into the list,
+    // Esc clears it (frmAddresses::handleEvent).
+    m_searchBox = new QLineEdit(area);
+    m_searchBox->setObjectName("txtSearch");
+    m_searchBox->setPlaceholderText(QStringLiteral("Search names, contacts, city, phone (Ctrl+F)"));
+    m_searchBox->setClearButtonEnabled(true);
+    m_searchBox->setFixedWidth(kStripWidth);
+    connect(m_searchBox, &QLineEdit::textEdited, this,
+            [this](const QString &text) { m_logic.search(text); });
+
     m_names = new QComboBox(area);
     m_names->setObjectName("cmbName");
     m_namesMirror = std::make_unique<ComboMirror>(m_names, m_logic.nameList());
@@ -124,6 +134,7 @@ QWidget *frmAddresses::buildTopArea()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(6);
     layout->addWidget(m_letterStrip);
+    layout->addWidget(m_searchBox);
     layout->addLayout(nameRow);
     return area;
 }
@@ -321,7 +332,7 @@ QWidget *frmAddresses::buildButtonRow()
 void frmAddresses::setTabOrderChain()
 {
     // Down the left column, then down the right one and into the bank group.
-    std::vector<QWidget *> chain = {m_letterStrip, m_names, m_employeeSwitch};
+    std::vector<QWidget *> chain = {m_letterStrip, m_searchBox, m_names, m_employeeSwitch};
     for (int field : kLeftColumn)
         chain.push_back(m_fields[std::size_t(field)]);
     for (int field : kRightColumn)
