@@ -4,6 +4,8 @@
 #include "addressbook/helpopener.h"
 #include "addressbook/paydetailsopener.h"
 #include "addressbook/payinformationtab.h"
+#include "checks/identifiers.h"
+#include "checks/keepprompt.h"
 #include "config/settings.h"
 #include "config/suiteconfig.h"
 #include "config/suitedatabase.h"
@@ -87,7 +89,8 @@ void AddressBookLogic::load()
     m_hidingInactive = false;
     try {
         m_farm = openSuiteDatabase();
-        m_form = AddressForm(countryCode(), ::taxNumberCaption());
+        m_country = countryCode();
+        m_form = AddressForm(m_country, ::taxNumberCaption());
         ++m_formRevision;
         m_helpFile = helpFolder() + u'/' + kHelpFileName;
         m_launch.helpFilePath = m_helpFile;
@@ -465,10 +468,49 @@ void AddressBookLogic::focusInField(int field)
     m_entry.focusIn(field);
 }
 
-void AddressBookLogic::focusOutField(int field)
+bool AddressBookLogic::focusOutField(int field, int nextField)
 {
     Batch batch(*this);
     m_entry.focusOut(field);
+    return identifierKept(field, nextField);
+}
+
+bool AddressBookLogic::identifierKept(int field, int nextField)
+{
+    using namespace Identifiers;
+    const auto isBankBox = [](int f) { return f >= BusBankAcBank && f <= BusBankAcSuffix; };
+    // Moving between the bank boxes is still typing the one account.
+    if (isBankBox(field) && isBankBox(nextField) && nextField != field)
+        return true;
+    // Only what the user typed: values read from the books are not questioned each visit.
+    Verdict verdict;
+    QString value;
+    QString *warned = nullptr;
+    QString what;
+    if (field == TaxNumber && m_entry.edited(TaxNumber)) {
+        value = m_entry.field(TaxNumber);
+        verdict = checkBusinessTaxNumber(m_country, value);
+        if (verdict.status == Status::Valid)
+            m_entry.normalise(TaxNumber, verdict.display);
+        warned = &m_warnedTaxNumber;
+        what = businessTaxNumberName(m_country);
+    } else if (isBankBox(field) &&
+               (m_entry.edited(BusBankAcBank) || m_entry.edited(BusBankAcBranch) ||
+                m_entry.edited(BusBankAcNo) || m_entry.edited(BusBankAcSuffix))) {
+        const BankAccount account{m_entry.field(BusBankAcBank), m_entry.field(BusBankAcBranch),
+                                  m_entry.field(BusBankAcNo), m_entry.field(BusBankAcSuffix)};
+        value = account.joined();
+        verdict = checkBankAccount(m_country, account);
+        warned = &m_warnedBankAccount;
+        what = QStringLiteral("bank account");
+    }
+    if (!warned || !verdict.warns())
+        return true;
+    const QString key = QString::number(m_entry.id()) + u'|' + value;
+    if (*warned == key)
+        return true;
+    *warned = key;
+    return askKeepIdentifier(what, verdict);
 }
 
 void AddressBookLogic::toggleFlag(Flag flag, bool on)

@@ -102,8 +102,12 @@ public:
     void editField(int field, const QString &text);
     // Boxes 0 and 4 cannot be left empty: the view reports focus moves of
     // every box; the logic puts the old text back where needed.
+    // Leaving the tax number box, or the bank boxes as a group (nextField: the box that
+    // gets the focus, -1 none), checks the identifier the user typed in the country's
+    // form: a wrong one is named and the user keeps it or goes back to it (false: the
+    // view gives the box the focus again). Never a second warning for the same value.
     void focusInField(int field);
-    void focusOutField(int field);
+    bool focusOutField(int field, int nextField = -1);
     void toggleFlag(Flag flag, bool on);
     // cmbHeading: the user picked the item at index.
     void chooseHeading(int index);
@@ -237,6 +241,7 @@ private:
     void prepareTab(int tab);
     void leaveShownEntry();
     void refreshList();
+    bool identifierKept(int field, int nextField);
     void goToEntry(qint32 addressId);
     void listAddresses(const AddressStore &names, const QString &filter);
     void loadSearch();
@@ -281,4 +286,8 @@ private:
     bool m_busy = false;
 
     quint64 m_formRevision = 0;
+    qint32 m_country = 0; // dialling code: which identifiers are checked
+    // The entry and value last warned about, tax number and bank account.
+    QString m_warnedTaxNumber;
+    QString m_warnedBankAccount;
 };

@@ -78,6 +78,20 @@ void ShownEntry::edit(int field, const QString &text)
     m_refused[std::size_t(field)] = false;
 }
 
+void ShownEntry::normalise(int field, const QString &text)
+{
+    if (!isField(field) || m_values.fields[std::size_t(field)] == text)
+        return;
+    edit(field, text);
+    ++m_shownRevision;
+}
+
+bool ShownEntry::edited(int field) const
+{
+    return isField(field) &&
+           m_values.fields[std::size_t(field)] != m_stored.fields[std::size_t(field)];
+}
+
 void ShownEntry::setFlag(int flag, bool on)
 {
     m_values.flags[std::size_t(flag)] = on;

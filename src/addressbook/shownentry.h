@@ -37,6 +37,11 @@ public:
     void clearNotes();
 
     void edit(int field, const QString &text);
+    // A value put in its normal form by the logic (an IRD number with its dashes): shown
+    // again, and saved as a change of the user's.
+    void normalise(int field, const QString &text);
+    // Whether the box differs from the entry as read.
+    bool edited(int field) const;
     void setFlag(int flag, bool on);
     // The name and last name boxes cannot be left empty: leaving one empty puts back
     // the text it had when the user entered it.

@@ -117,8 +117,9 @@ public:
     void textFocusIn(int field);                     // the view selects the whole text itself
     void textEdited(int field, const QString &text); // no changed(): the view shows it
     // False when the field holds text its column cannot take (an amount or a date
-    // that is not one): the user has been told, the text stays as typed, and the
-    // view keeps the user in the field.
+    // that is not one), or a tax number that fails its check and the user chose to go
+    // back to it rather than keep it: the user has been told, the text stays as typed,
+    // and the view keeps the user in the field. A valid one is put in its normal form.
     bool textFocusOut(int field);
     void listFocusIn(int index);
     void listChosen(int index, int itemIndex); // -1: nothing selected
@@ -172,6 +173,7 @@ private:
     void showRatesFor(bool member);
     void normaliseText(int field);
     QString textProblem(int field) const;
+    bool taxNumberKept();
     // Holds the line, signed with who made the change and, when whyPrompt is given, the
     // reason the user gives for it.
     void logLine(const QString &line, const QString &column, const QString &whyPrompt = {});
@@ -209,6 +211,7 @@ private:
     std::array<QString, ListCount> m_focusListText;
     std::unique_ptr<DeductionGrid> m_grid;
     QStringList m_pendingLog;
+    QString m_warnedTaxNumber;       // the employee and tax number last warned about
     QStringList m_pendingLogColumns; // the column each line tells of
     QStringList m_pendingLogChanges; // each line as composed, before who and why
     InputBoxService *m_inputBox = nullptr;

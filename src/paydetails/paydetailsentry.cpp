@@ -2,6 +2,8 @@
 // checked, put in its normal form and told in the change log.
 #include "paydetails/paydetailseditor.h"
 
+#include "checks/identifiers.h"
+#include "checks/keepprompt.h"
 #include "config/settings.h"
 #include "config/suiteconfig.h"
 #include "controls/inputboxservice.h"
@@ -103,6 +105,24 @@ void PayDetailsEditor::normaliseText(int field)
     }
 }
 
+// The IRD number (a TFN in Australia) as typed: a valid one in its normal form, a wrong
+// one named once, kept or gone back to as the user chooses.
+bool PayDetailsEditor::taxNumberKept()
+{
+    QString &typed = m_text[IRDnumber];
+    if (typed == m_focusText[IRDnumber])
+        return true; // as it was: not the user's typing
+    const qint32 country = countryCode();
+    const Identifiers::Verdict verdict = Identifiers::checkEmployeeTaxNumber(country, typed);
+    if (verdict.status == Identifiers::Status::Valid)
+        typed = verdict.display;
+    const QString key = QString::number(m_addressId) + u'|' + typed;
+    if (!verdict.warns() || m_warnedTaxNumber == key)
+        return true;
+    m_warnedTaxNumber = key;
+    return askKeepIdentifier(Identifiers::employeeTaxNumberName(country), verdict);
+}
+
 void PayDetailsEditor::logLine(const QString &line, const QString &column, const QString &whyPrompt)
 {
     if (line.isEmpty())
@@ -131,6 +151,10 @@ bool PayDetailsEditor::textFocusOut(int field)
 {
     if (const QString problem = textProblem(field); !problem.isEmpty()) {
         tellUser(QStringLiteral("Check the ") + fieldName(field), problem);
+        markChanged();
+        return false;
+    }
+    if (field == IRDnumber && !taxNumberKept()) {
         markChanged();
         return false;
     }

@@ -293,6 +293,33 @@ TEST_F(AddressBookWindowTest, EveryWayOfClosingSavesWhatIsBeingTyped)
     }
 }
 
+// Leaving the bank boxes with a wrong account asks once; No gives the box the focus back
+// with the text intact, and a tax number the logic puts in its normal form is shown.
+TEST_F(WindowTest, WrongIdentifierWarnsOnLeavingAndGoesBackToTheBox)
+{
+    open(0);
+    const std::pair<int, const char *> bank[] = {{Logic::BusBankAcBank, "01"},
+                                                 {Logic::BusBankAcBranch, "0242"},
+                                                 {Logic::BusBankAcNo, "0100195"},
+                                                 {Logic::BusBankAcSuffix, "00"}};
+    focus(field(Logic::BusBankAcBank));
+    for (const auto &[box, text] : bank) {
+        ASSERT_EQ(QApplication::focusWidget(), field(box));
+        retype(field(box), text);
+        key(Qt::Key_Tab);
+    }
+    ASSERT_EQ(messages.requests.size(), 1u) << "asked on leaving the group, not within it";
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return QApplication::focusWidget() == field(Logic::BusBankAcSuffix); }));
+    EXPECT_EQ(field(Logic::BusBankAcBranch)->text(), "0242");
+
+    focus(field(Logic::TaxNumber));
+    retype(field(Logic::TaxNumber), "49091850");
+    key(Qt::Key_Tab);
+    EXPECT_EQ(field(Logic::TaxNumber)->text(), "049-091-850");
+    EXPECT_EQ(messages.requests.size(), 1u) << "the account as it was is not asked about again";
+}
+
 // The employee window's Pay Information page is the pay details editor: a rate typed
 // there asks why, and is saved to the employee's row with its log line when the user picks
 // another name.

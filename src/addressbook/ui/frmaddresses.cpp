@@ -55,8 +55,9 @@ frmAddresses::frmAddresses(AddressBookLogic &logic, QWidget *parent)
     : QWidget(parent), m_logic(logic),
       m_entry([this](QObject *field, bool) { m_logic.focusInField(fieldIndexOf(field)); },
               [this](QObject *field) {
-                  m_logic.focusOutField(fieldIndexOf(field));
-                  return true;
+                  // The focus widget is already the box entered next, if any.
+                  return m_logic.focusOutField(fieldIndexOf(field),
+                                               fieldIndexOf(QApplication::focusWidget()));
               })
 {
     setObjectName("frmAddresses");
