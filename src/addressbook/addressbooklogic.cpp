@@ -355,8 +355,9 @@ void AddressBookLogic::clearSearch()
     m_searching = false;
     const qint32 keep = m_entry.id() != 0 ? m_entry.id() : m_launch.currentAddressId;
     const auto &items = m_search.items();
-    if (items.empty()) {
-        // The index went with a save that changed what it held: read the list again.
+    if (items.empty() || m_hidingInactive) {
+        // The index went with a save that changed what it held, or holds the inactive
+        // entries the list leaves out: read the list again.
         qint32 current = keep;
         FillNameList(m_employeeMode && m_employeeSwitchChecked, current, m_filter);
         return;

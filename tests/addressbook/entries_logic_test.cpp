@@ -7,6 +7,7 @@
 #include "data/database.h"
 #include "launch/addressglobals.h"
 #include "paydetails/employeedefaults.h"
+#include "support/filelock.h"
 
 using Names = QStringList;
 
@@ -265,4 +266,60 @@ TEST_F(BookLogicTest, EditPayDetailsNeedsASelectionAndFollowsTheWageFlag)
         logic.toggleFlag(Book::WageFlag, ticked);
         EXPECT_EQ(logic.editPaysEnabled(), ticked);
     }
+}
+
+// An inactive entry leaves the list (unless asked for) but not the books or the search.
+TEST_F(BookLogicTest, InactiveEntriesLeaveTheListButNotTheBooksOrTheSearch)
+{
+    addAddress(1, "Apple");
+    addAddress(2, "Brown");
+    addAddress(3, "Carter");
+    start(0);
+    ASSERT_TRUE(logic.inactiveSwitchVisible());
+    choose("Brown");
+    logic.toggleFlag(Book::Inactive, true);
+    logic.changeLetterFilter("*"); // saves it, then lists without it
+    EXPECT_EQ(stored("Inactive", 2).toInt(), -1);
+    EXPECT_EQ(listed(), (QStringList{"Apple", "Carter"}));
+    logic.clickInactiveSwitch(true);
+    EXPECT_EQ(listed(), (QStringList{"Apple", "Brown", "Carter"}));
+    logic.clickInactiveSwitch(false);
+    logic.search("bro");
+    EXPECT_EQ(listed(), (QStringList{"Brown"}));
+    EXPECT_TRUE(logic.flag(Book::Inactive));
+    logic.clearSearch();
+    EXPECT_EQ(listed(), (QStringList{"Apple", "Carter"}));
+}
+
+// Books made before entries could be inactive gain the column when the window opens;
+// books that cannot be changed then (another program writing) are shown as they are,
+// without the Inactive boxes.
+TEST_F(BookLogicTest, OlderBooksGainTheInactiveColumnOrGoWithoutIt)
+{
+    addAddress(1, "Apple");
+    const auto dropColumn = [&] {
+        if (suite.onServer()) {
+            TempServer::run(suite.serverConnection(),
+                            {"ALTER TABLE farm.addresses DROP COLUMN inactive"});
+        } else {
+            suite.execFarm("DROP INDEX Addresses_Inactive");
+            suite.execFarm("ALTER TABLE Addresses DROP COLUMN Inactive");
+        }
+    };
+    dropColumn();
+    start(0);
+    EXPECT_TRUE(logic.inactiveAvailable());
+    EXPECT_EQ(stored("Inactive", 1).toInt(), 0);
+    logic.unload();
+
+    dropColumn();
+    {
+        FileLock writer(suite);
+        start(0);
+    }
+    EXPECT_FALSE(logic.inactiveAvailable());
+    EXPECT_FALSE(logic.inactiveSwitchVisible());
+    EXPECT_EQ(listed(), QStringList{"Apple"});
+    EXPECT_EQ(logic.field(Book::BusName), "Apple");
+    EXPECT_TRUE(messages.requests.empty());
 }

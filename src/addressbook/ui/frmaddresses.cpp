@@ -97,6 +97,8 @@ void frmAddresses::connectLogic()
     connect(m_names, &QComboBox::activated, this, [this](int index) { m_logic.chooseName(index); });
     connect(m_employeeSwitch, &QCheckBox::clicked, this,
             [this](bool checked) { m_logic.clickEmployeeSwitch(checked); });
+    connect(m_inactiveSwitch, &QCheckBox::clicked, this,
+            [this](bool checked) { m_logic.clickInactiveSwitch(checked); });
     connect(m_tabs, &QTabWidget::currentChanged, this, [this](int index) {
         if (!m_sync.running())
             m_logic.changeTab(index);
@@ -215,6 +217,10 @@ void frmAddresses::syncFields()
     }
     m_cashbookFlag->setChecked(m_logic.flag(Logic::BusinessFlag));
     m_wagebookFlag->setChecked(m_logic.flag(Logic::WageFlag));
+    m_inactiveFlag->setChecked(m_logic.flag(Logic::Inactive));
+    m_inactiveFlag->setVisible(m_logic.inactiveAvailable());
+    m_inactiveSwitch->setVisible(m_logic.inactiveSwitchVisible());
+    m_inactiveSwitch->setChecked(m_logic.inactiveSwitchChecked());
 
     m_letterStrip->setEnabled(m_logic.letterStripEnabled());
     const SuiteColour header = m_logic.headerColour();
@@ -296,6 +302,11 @@ bool frmAddresses::handleEvent(QObject *watched, QEvent *event)
     switch (key->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
+        if (!control && watched == m_names) {
+            // From the chosen name to its entry, past the switches beside the list.
+            focusCurrentPage();
+            return true;
+        }
         if (!control)
             return false; // moves on, as in every form
         // Only the notes take a new line.

@@ -102,6 +102,8 @@ private:
     std::array<QLabel *, AddressBookLogic::FieldCount> m_fieldLabels{};
     QCheckBox *m_cashbookFlag = nullptr;
     QCheckBox *m_wagebookFlag = nullptr;
+    QCheckBox *m_inactiveFlag = nullptr;
+    QCheckBox *m_inactiveSwitch = nullptr;
     QLabel *m_headingLabel = nullptr;
     QComboBox *m_heading = nullptr;
     QGroupBox *m_bankGroup = nullptr;

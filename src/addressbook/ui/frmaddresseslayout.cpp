@@ -128,6 +128,12 @@ QWidget *frmAddresses::buildTopArea()
     nameRow->addSpacing(18);
     nameRow->addWidget(m_employeeSwitch);
     nameRow->addWidget(m_employeeSwitchLabel);
+    // The address book's counterpart, in the same place: the employee switch is shown
+    // in employee mode only.
+    m_inactiveSwitch = new QCheckBox(tr("Show &Inactive Entries"), area);
+    m_inactiveSwitch->setObjectName("chkShowInactive");
+    m_inactiveSwitch->setToolTip(tr("List the entries marked inactive as well"));
+    nameRow->addWidget(m_inactiveSwitch);
     nameRow->addStretch();
 
     auto *layout = new QVBoxLayout(area);
@@ -186,8 +192,13 @@ QWidget *frmAddresses::buildAddressesPage()
     m_wagebookFlag->setObjectName("Check2");
     auto *flags = new QHBoxLayout;
     flags->setSpacing(20);
+    m_inactiveFlag = new QCheckBox(tr("Inactive"));
+    m_inactiveFlag->setObjectName("chkInactive");
+    m_inactiveFlag->setToolTip(tr("No longer used: kept, but left off the name list unless "
+                                  "inactive entries are shown. Search still finds it."));
     flags->addWidget(m_cashbookFlag);
     flags->addWidget(m_wagebookFlag);
+    flags->addWidget(m_inactiveFlag);
     flags->addStretch();
     right->addRow(QString(), flags);
 
@@ -214,6 +225,8 @@ QWidget *frmAddresses::buildAddressesPage()
             [this](bool on) { m_logic.toggleFlag(Logic::BusinessFlag, on); });
     connect(m_wagebookFlag, &QCheckBox::clicked, this,
             [this](bool on) { m_logic.toggleFlag(Logic::WageFlag, on); });
+    connect(m_inactiveFlag, &QCheckBox::clicked, this,
+            [this](bool on) { m_logic.toggleFlag(Logic::Inactive, on); });
     return page;
 }
 
@@ -332,13 +345,14 @@ QWidget *frmAddresses::buildButtonRow()
 void frmAddresses::setTabOrderChain()
 {
     // Down the left column, then down the right one and into the bank group.
-    std::vector<QWidget *> chain = {m_letterStrip, m_searchBox, m_names, m_employeeSwitch};
+    std::vector<QWidget *> chain = {m_letterStrip, m_searchBox, m_names, m_employeeSwitch,
+                                    m_inactiveSwitch};
     for (int field : kLeftColumn)
         chain.push_back(m_fields[std::size_t(field)]);
     for (int field : kRightColumn)
         chain.push_back(m_fields[std::size_t(field)]);
-    chain.insert(chain.end(),
-                 {m_heading, m_cashbookFlag, m_wagebookFlag, m_fields[Logic::BusBankAcName]});
+    chain.insert(chain.end(), {m_heading, m_cashbookFlag, m_wagebookFlag, m_inactiveFlag,
+                               m_fields[Logic::BusBankAcName]});
     for (int field : BankBoxes)
         chain.push_back(m_fields[std::size_t(field)]);
     chain.insert(chain.end(), {m_notes, m_editPays, m_add, m_delete, m_close});
