@@ -505,13 +505,28 @@ bool AddressBookLogic::identifierKept(int field, int nextField)
         warned = &m_warnedBankAccount;
         what = QStringLiteral("bank account");
     }
-    if (!warned || !verdict.warns())
+    if (!warned)
         return true;
     const QString key = QString::number(m_entry.id()) + u'|' + value;
     if (*warned == key)
         return true;
     *warned = key;
-    return askKeepIdentifier(what, verdict);
+    if (verdict.warns() && !askKeepIdentifier(what, verdict))
+        return false;
+    // The same number on another entry is most often the same business keyed twice.
+    std::vector<Duplicates::Match> others;
+    try {
+        others = field == TaxNumber ? Duplicates::sameTaxNumber(farm(), m_entry.id(), value)
+                                    : Duplicates::sameBankAccount(farm(), m_entry.id(),
+                                                                  m_entry.field(BusBankAcBank),
+                                                                  m_entry.field(BusBankAcBranch),
+                                                                  m_entry.field(BusBankAcNo),
+                                                                  m_entry.field(BusBankAcSuffix));
+    } catch (const CvError &e) {
+        showErrorReport(e, origin("FindDuplicates"));
+        return true;
+    }
+    return others.empty() || msgIdentifierOnAnotherEntry(what, Duplicates::describe(others));
 }
 
 void AddressBookLogic::toggleFlag(Flag flag, bool on)

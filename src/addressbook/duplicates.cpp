@@ -8,6 +8,10 @@
 
 namespace Duplicates {
 
+namespace {
+void sortByName(std::vector<Match> &found);
+} // namespace
+
 QString nameKey(const QString &name)
 {
     const QString decomposed = name.normalized(QString::NormalizationForm_KD);
@@ -42,10 +46,85 @@ std::vector<Match> sameName(Database &db, const QString &name, bool employeesOnl
             continue;
         found.push_back({qint32(rows.integer(0)), candidate, rows.text(2)});
     }
+    sortByName(found);
+    return found;
+}
+
+namespace {
+
+QString digitsOf(const QString &text)
+{
+    QString digits;
+    for (const QChar c : text)
+        if (c >= u'0' && c <= u'9')
+            digits += c;
+    return digits;
+}
+
+QString taxKey(const QString &typed)
+{
+    QString digits = digitsOf(typed);
+    while (digits.startsWith(u'0'))
+        digits.remove(0, 1);
+    return digits.size() >= 5 ? digits : QString();
+}
+
+QString bankKey(const QString &bank, const QString &branch, const QString &account,
+                const QString &suffix)
+{
+    const QString number = digitsOf(account);
+    if (number.isEmpty())
+        return {};
+    const auto padded = [](const QString &part, int width) {
+        return digitsOf(part).rightJustified(width, u'0');
+    };
+    return padded(bank, 2) + padded(branch, 4) + number.rightJustified(8, u'0') + padded(suffix, 4);
+}
+
+void sortByName(std::vector<Match> &found)
+{
     std::sort(found.begin(), found.end(), [](const Match &a, const Match &b) {
         const int byName = a.name.compare(b.name, Qt::CaseInsensitive);
         return byName != 0 ? byName < 0 : a.addressId < b.addressId;
     });
+}
+
+} // namespace
+
+std::vector<Match> sameTaxNumber(Database &db, qint32 exceptId, const QString &typed)
+{
+    const QString key = taxKey(typed);
+    std::vector<Match> found;
+    if (key.isEmpty())
+        return found;
+    RowReader rows(db,
+                   QStringLiteral("SELECT AddressID, BusName, BusCity, TaxNumber FROM Addresses "
+                                  "WHERE TaxNumber Is Not Null AND AddressID <> ?"),
+                   {exceptId});
+    while (rows.next())
+        if (taxKey(rows.text(3)) == key)
+            found.push_back({qint32(rows.integer(0)), rows.text(1), rows.text(2)});
+    sortByName(found);
+    return found;
+}
+
+std::vector<Match> sameBankAccount(Database &db, qint32 exceptId, const QString &bank,
+                                   const QString &branch, const QString &account,
+                                   const QString &suffix)
+{
+    const QString key = bankKey(bank, branch, account, suffix);
+    std::vector<Match> found;
+    if (key.isEmpty())
+        return found;
+    RowReader rows(db,
+                   QStringLiteral("SELECT AddressID, BusName, BusCity, BusBankAcbank, "
+                                  "BusBankAcBranch, BusBankAcNo, BusBankAcSuffix FROM "
+                                  "Addresses WHERE BusBankAcNo Is Not Null AND AddressID <> ?"),
+                   {exceptId});
+    while (rows.next())
+        if (bankKey(rows.text(3), rows.text(4), rows.text(5), rows.text(6)) == key)
+            found.push_back({qint32(rows.integer(0)), rows.text(1), rows.text(2)});
+    sortByName(found);
     return found;
 }
 

@@ -42,6 +42,15 @@ qint16 msgPossibleDuplicate(const QString &name, const QString &matches)
                            QVariant(), IconQuestion, true);
 }
 
+bool msgIdentifierOnAnotherEntry(const QString &what, const QString &matches)
+{
+    return SuiteMessageBox(
+               QStringLiteral("This %1 is already on another entry:\r\n\r\n").arg(what) + matches +
+                   QStringLiteral("\r\n\r\nKeep it on this entry as well?"),
+               ButtonsYesNo, FirmName(), "Already on Another Entry", QVariant(), IconQuestion,
+               true) == ResultYes;
+}
+
 bool msgConfirmDeletion(const QVariant &name)
 {
     return SuiteMessageBox(Translate("Are you sure you want to delete |0|", {name}), ButtonsYesNo,

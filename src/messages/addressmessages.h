@@ -23,6 +23,9 @@ bool msgConfirmDeletion(const QVariant &name);
 // The name being added looks like the entries listed: Yes goes to the first of them,
 // No adds it anyway, Cancel adds nothing.
 qint16 msgPossibleDuplicate(const QString &name, const QString &matches);
+// The identifier just typed (what: "GST number", "bank account") is on the entries
+// listed too: true keeps it on this one as well, false goes back to the box.
+bool msgIdentifierOnAnotherEntry(const QString &what, const QString &matches);
 void msgWagesExist(const QVariant &name);
 void msgCashbookDataExists(const QVariant &name);
 void msgWagesAndCashbookExist(const QVariant &name);

@@ -118,3 +118,34 @@ TEST_F(BookLogicTest, IdentifierChecksFollowTheCountry)
         logic.unload();
     }
 }
+
+// A tax number or bank account already on another entry is asked about on leaving,
+// however it was written there: Yes keeps it, No goes back to the box.
+TEST_F(BookLogicTest, AnIdentifierOnAnotherEntryIsAskedAbout)
+{
+    addAddress(1, "Acme");
+    addAddress(2, "Acme Farms Ltd");
+    suite.execFarm("UPDATE Addresses SET TaxNumber = '049-091-850', BusBankAcbank = '1', "
+                   "BusBankAcBranch = '902', BusBankAcNo = '68389', BusBankAcSuffix = '0' "
+                   "WHERE AddressID = 2");
+    start(0, 1);
+    const struct
+    {
+        int leaving;
+        qint16 answer;
+    } cases[] = {{Book::TaxNumber, ResultNo}, {Book::BusBankAcSuffix, ResultYes}};
+    logic.focusInField(Book::TaxNumber);
+    logic.editField(Book::TaxNumber, "49 091 850");
+    typeBank(logic, "01", "0902", "0068389", "000");
+    for (const auto &c : cases) {
+        messages.answers = {c.answer};
+        EXPECT_EQ(logic.focusOutField(c.leaving, Book::CustomerNumber), c.answer == ResultYes);
+        const MessageRequest asked = onlyMessage();
+        EXPECT_EQ(asked.title, "Already on Another Entry");
+        EXPECT_TRUE(asked.prompt.contains("Acme Farms Ltd")) << asked.prompt.toStdString();
+    }
+    // A different number asks nothing.
+    logic.editField(Book::TaxNumber, "35901981");
+    EXPECT_TRUE(logic.focusOutField(Book::TaxNumber, Book::CustomerNumber));
+    EXPECT_TRUE(messages.requests.empty());
+}
