@@ -1,5 +1,6 @@
 #include "addressbook/duplicates.h"
 
+#include "checks/identifiers.h"
 #include "data/database.h"
 #include "data/rowreader.h"
 
@@ -61,14 +62,6 @@ QString digitsOf(const QString &text)
     return digits;
 }
 
-QString taxKey(const QString &typed)
-{
-    QString digits = digitsOf(typed);
-    while (digits.startsWith(u'0'))
-        digits.remove(0, 1);
-    return digits.size() >= 5 ? digits : QString();
-}
-
 QString bankKey(const QString &bank, const QString &branch, const QString &account,
                 const QString &suffix)
 {
@@ -93,7 +86,7 @@ void sortByName(std::vector<Match> &found)
 
 std::vector<Match> sameTaxNumber(Database &db, qint32 exceptId, const QString &typed)
 {
-    const QString key = taxKey(typed);
+    const QString key = Identifiers::comparableTaxNumber(typed);
     std::vector<Match> found;
     if (key.isEmpty())
         return found;
@@ -102,7 +95,7 @@ std::vector<Match> sameTaxNumber(Database &db, qint32 exceptId, const QString &t
                                   "WHERE TaxNumber Is Not Null AND AddressID <> ?"),
                    {exceptId});
     while (rows.next())
-        if (taxKey(rows.text(3)) == key)
+        if (Identifiers::comparableTaxNumber(rows.text(3)) == key)
             found.push_back({qint32(rows.integer(0)), rows.text(1), rows.text(2)});
     sortByName(found);
     return found;

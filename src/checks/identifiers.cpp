@@ -366,4 +366,13 @@ QString employeeTaxNumberName(int country)
     return country == Australia ? QStringLiteral("TFN") : QStringLiteral("IRD number");
 }
 
+QString comparableTaxNumber(const QString &text)
+{
+    QString digits;
+    for (const QChar c : text)
+        if (c >= u'0' && c <= u'9' && !(digits.isEmpty() && c == u'0'))
+            digits += c;
+    return digits.size() >= 5 ? digits : QString();
+}
+
 } // namespace Identifiers

@@ -74,6 +74,9 @@ Verdict checkBankAccount(int country, const BankAccount &typed);
 
 // The name the user knows the box's identifier by, for a message title ("IRD number").
 QString businessTaxNumberName(int country);
+// A tax number as two entries' numbers are compared: its digits without leading zeros,
+// whatever dashes or blanks it was written with; empty for fewer than five digits.
+QString comparableTaxNumber(const QString &text);
 QString employeeTaxNumberName(int country);
 
 } // namespace Identifiers

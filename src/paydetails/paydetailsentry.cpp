@@ -10,7 +10,9 @@
 #include "core/clock.h"
 #include "core/cverror.h"
 #include "data/money.h"
+#include "data/rowreader.h"
 #include "data/serialdate.h"
+#include "messages/addressmessages.h"
 #include "messages/errorreport.h"
 #include "messages/messageservice.h"
 #include "paydetails/changelog.h"
@@ -117,10 +119,33 @@ bool PayDetailsEditor::taxNumberKept()
     if (verdict.status == Identifiers::Status::Valid)
         typed = verdict.display;
     const QString key = QString::number(m_addressId) + u'|' + typed;
-    if (!verdict.warns() || m_warnedTaxNumber == key)
+    if (m_warnedTaxNumber == key)
         return true;
     m_warnedTaxNumber = key;
-    return askKeepIdentifier(Identifiers::employeeTaxNumberName(country), verdict);
+    const QString what = Identifiers::employeeTaxNumberName(country);
+    if (verdict.warns() && !askKeepIdentifier(what, verdict))
+        return false;
+    // Two employees with one IRD number is most often one person keyed twice.
+    const QString number = Identifiers::comparableTaxNumber(typed);
+    if (number.isEmpty())
+        return true;
+    QStringList others;
+    try {
+        RowReader rows(farm(),
+                       QStringLiteral("SELECT Employees.IRDNumber, Addresses.BusName FROM "
+                                      "Employees INNER JOIN Addresses ON Employees.AddressID = "
+                                      "Addresses.AddressID WHERE Employees.IRDNumber Is Not Null "
+                                      "AND Employees.AddressID <> ?"),
+                       {m_addressId});
+        while (rows.next())
+            if (others.size() < 5 && Identifiers::comparableTaxNumber(rows.text(0)) == number)
+                others << rows.text(1);
+    } catch (const CvError &e) {
+        showErrorReport(e, origin("txtIRDnumber_LostFocus"));
+        return true;
+    }
+    return others.isEmpty() ||
+           msgIdentifierOnAnotherEntry(what, others.join(QStringLiteral("\r\n")));
 }
 
 void PayDetailsEditor::logLine(const QString &line, const QString &column, const QString &whyPrompt)

@@ -35,3 +35,21 @@ TEST_F(EditorBooks, WrongTaxNumbersAreNamedAndKeptOrCorrected)
     ASSERT_EQ(messages.requests.size(), 1u);
     EXPECT_EQ(messages.requests[0].title, "Check the TFN");
 }
+
+// An IRD number another employee already has is asked about once, however written.
+TEST_F(EditorBooks, AnIrdNumberOfAnotherEmployeeIsAskedAbout)
+{
+    suite.execWage("INSERT INTO Employees (EmployeeID, AddressID, IRDnumber) VALUES "
+                   "(6, 38, '49-091-850')");
+    PayDetailsEditor editor{PayDetailsEditor::Host::Dialog};
+    editor.load(*farm, 37);
+    const int ird = PayDetailsEditor::IRDnumber;
+    messages.answers = {ResultNo};
+    EXPECT_FALSE(type(editor, ird, "049 091 850")) << "No goes back to the box";
+    ASSERT_EQ(messages.requests.size(), 1u);
+    EXPECT_EQ(messages.requests[0].title, "Already on Another Entry");
+    EXPECT_TRUE(messages.requests[0].prompt.contains("New Hand"));
+    EXPECT_TRUE(editor.textFocusOut(ird));
+    EXPECT_TRUE(type(editor, ird, "35901981"));
+    EXPECT_EQ(messages.requests.size(), 1u);
+}
