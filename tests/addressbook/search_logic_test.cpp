@@ -5,6 +5,7 @@
 #include "launch/addressglobals.h"
 
 #include <algorithm>
+#include <QRegularExpression>
 
 using Names = QStringList;
 
@@ -164,7 +165,7 @@ TEST_F(SearchLogic, SearchKeepsTheShownEntrySavesWhenLeavingItAndEscRestoresTheL
 }
 
 // On the bulk book, whose places, trees and Māori names put macrons all through the list.
-TEST_F(BookLogicTest, BulkBookListsInFoldedOrderAndSearchFindsByCityWithoutMacrons)
+TEST_F(BookLogicTest, BulkBookListsInFoldedOrderFindsByCityAndNoticesALookalike)
 {
     if (suite.onServer())
         GTEST_SKIP() << "the bulk book is made as files";
@@ -182,4 +183,20 @@ TEST_F(BookLogicTest, BulkBookListsInFoldedOrderAndSearchFindsByCityWithoutMacro
     EXPECT_EQ(logic.nameList().count(),
               farmCount(QString::fromUtf8("WHERE BusCity = 'Ōtorohanga' OR BusName LIKE "
                                           "'Ōtorohanga%' OR BusName LIKE '% Ōtorohanga%'")));
+
+    // A name with macrons added again without them, in capitals and as a Limited company,
+    // is noticed among the rest of the book.
+    logic.clearSearch();
+    const QString macron = listed().filter(QString::fromUtf8("Ō")).first();
+    QString plain = macron.normalized(QString::NormalizationForm_D)
+                        .remove(QRegularExpression("\\p{Mn}"))
+                        .toUpper();
+    if (plain.endsWith(" LTD"))
+        plain.chop(4);
+    plain += " LIMITED";
+    doubles.answers = {plain};
+    messages.answers = {ResultCancel};
+    logic.addEntry();
+    EXPECT_TRUE(onlyMessage().prompt.contains(macron)) << plain.toStdString();
+    EXPECT_EQ(farmCount(), 2000);
 }
