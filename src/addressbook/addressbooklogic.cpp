@@ -271,12 +271,12 @@ void AddressBookLogic::loadSearch()
         data.listEmployees(whole, m_employeeSwitchChecked);
     else if (narrowed)
         data.listNames(whole, QStringLiteral("*"));
-    QHash<qint32, QByteArray> words;
-    words.reserve(m_nameList.count());
-    data.readSearchTexts(m_employeeMode, [&](qint32 id, const NameSearch::Texts &texts) {
-        words.insert(id, NameSearch::entryWords(texts));
+    // The names from the list; one more statement for the other texts.
+    NameSearch::OtherWords others;
+    data.readSearchTexts(m_employeeMode, [&](qint32 id, const std::array<QByteArray, 4> &utf8) {
+        others.add(id, utf8);
     });
-    m_search.load(narrowed ? whole.items() : m_nameList.items(), words);
+    m_search.load(narrowed ? whole.items() : m_nameList.items(), std::move(others));
 }
 
 void AddressBookLogic::prepareSearch()

@@ -10,6 +10,7 @@
 #include "paydetails/employeedefaults.h"
 
 #include <algorithm>
+#include <numeric>
 #include <QHash>
 
 using namespace AddressFields;
@@ -26,50 +27,82 @@ class FoldedNames
 {
 public:
     // A row in the statement's order.
-    void add(const QString &name, qint32 id)
+    void add(QString name, qint32 id)
     {
-        if (FoldedText::isAscii(name))
-            m_ascii.push_back({name, id});
-        else
-            addOther(name, id, FoldedText::fold(name));
+        if (FoldedText::isAscii(name)) {
+            m_items.push_back({std::move(name), id});
+        } else if (!m_names.empty() && m_names.back().name == name) {
+            m_rows.push_back({qint32(m_names.size() - 1), id}); // a run of one name: one fold
+        } else {
+            QString key = FoldedText::fold(name);
+            addOther(std::move(name), id, std::move(key));
+        }
     }
-    void addOther(const QString &name, qint32 id, QString key)
+    void addOther(QString name, qint32 id, QString key)
     {
-        m_other.push_back({std::move(key), name, id});
+        m_rows.push_back({qint32(m_names.size()), id});
+        m_names.push_back({std::move(key), std::move(name)});
     }
 
     // Equal folds: ASCII first, then by the name as written, then by identifier, so that
     // the order does not depend on the backend.
     void into(ComboList &list)
     {
-        std::sort(m_other.begin(), m_other.end(), [](const Other &a, const Other &b) {
-            if (const int c = FoldedText::compare(a.key, b.key))
+        // The names sorted once each, then the rows by their name's rank and identifier:
+        // a name is often many rows (a chain's branches), and integers compare cheaply.
+        const auto before = [this](qint32 a, qint32 b) {
+            const Name &x = m_names[std::size_t(a)];
+            const Name &y = m_names[std::size_t(b)];
+            if (const int c = FoldedText::compare(x.key, y.key))
                 return c < 0;
-            if (const int c = FoldedText::compare(a.name, b.name))
-                return c < 0;
-            return a.id < b.id;
+            return FoldedText::compare(x.name, y.name) < 0;
+        };
+        std::vector<qint32> order(m_names.size());
+        std::iota(order.begin(), order.end(), 0);
+        std::sort(order.begin(), order.end(), before);
+        std::vector<qint32> rank(m_names.size());
+        for (std::size_t i = 0; i < order.size(); ++i)
+            rank[std::size_t(order[i])] = i > 0 && !before(order[i - 1], order[i])
+                                              ? rank[std::size_t(order[i - 1])]
+                                              : qint32(i);
+        for (Row &row : m_rows)
+            row.name = rank[std::size_t(row.name)];
+        std::sort(m_rows.begin(), m_rows.end(), [](const Row &a, const Row &b) {
+            return a.name != b.name ? a.name < b.name : a.id < b.id;
         });
-        list.reserve(list.count() + int(m_ascii.size() + m_other.size()));
-        auto other = m_other.cbegin();
-        for (const ComboItem &item : m_ascii) {
-            for (; other != m_other.cend() && FoldedText::compareAscii(item.text, other->key) > 0;
-                 ++other)
-                list.addItem(other->name, other->id);
-            list.addItem(item.text, item.data);
+
+        // Merged in place from the back, each item moved once: the ASCII names are
+        // nearly all of a list that runs to 100,000.
+        std::size_t ascii = m_items.size();
+        std::size_t other = m_rows.size();
+        m_items.resize(ascii + other);
+        for (std::size_t to = m_items.size(); other > 0;) {
+            const Row &row = m_rows[other - 1];
+            const Name &name = m_names[std::size_t(order[std::size_t(row.name)])];
+            if (ascii > 0 && FoldedText::compareAscii(m_items[ascii - 1].text, name.key) > 0) {
+                m_items[--to] = std::move(m_items[--ascii]);
+            } else {
+                m_items[--to] = {name.name, row.id};
+                --other;
+            }
         }
-        for (; other != m_other.cend(); ++other)
-            list.addItem(other->name, other->id);
+        list.addItems(std::move(m_items));
     }
 
 private:
-    struct Other
+    struct Name
     {
-        QString key;
+        QString key; // the fold
         QString name;
+    };
+    struct Row
+    {
+        qint32 name; // in m_names; once sorted, the rank of its name
         qint32 id;
     };
-    std::vector<ComboItem> m_ascii;
-    std::vector<Other> m_other;
+    std::vector<ComboItem> m_items; // the ASCII names, then the whole list
+    std::vector<Name> m_names;      // the others, a run of rows of one name once
+    std::vector<Row> m_rows;
 };
 
 // Adds the rows of (AddressID, name) in folded order, skipping rows without a name. Read
@@ -111,9 +144,9 @@ void AddressStore::listNames(ComboList &list, const QString &pattern) const
         // those that begin beyond ASCII (from the index's end), kept when their fold does.
         RowReader rows(m_db, kListAll, {folded});
         while (rows.next()) {
-            const QString name = rows.isNull(1) ? QString() : rows.text(1);
+            QString name = rows.isNull(1) ? QString() : rows.text(1);
             if (!name.isEmpty() && name.front().unicode() < 0x80)
-                names.add(name, qint32(rows.integer(0)));
+                names.add(std::move(name), qint32(rows.integer(0)));
         }
         RowReader beyond(m_db,
                          QStringLiteral("SELECT DISTINCTROW Addresses.AddressID, "
@@ -121,12 +154,18 @@ void AddressStore::listNames(ComboList &list, const QString &pattern) const
                                         "Addresses.busname >= ? ORDER BY Addresses.busname;"),
                          {QString(QChar(0x80))});
         while (beyond.next()) {
-            const QString name = beyond.isNull(1) ? QString() : beyond.text(1);
+            QString name = beyond.isNull(1) ? QString() : beyond.text(1);
             if (name.isEmpty() || name.front().unicode() < 0x80)
+                continue;
+            // Most begin with another letter (Ō for M): told by the first character's fold,
+            // unless that folds to nothing (a mark), without folding the whole name.
+            const QString head = FoldedText::fold(
+                QStringView(name).first(name.front().isHighSurrogate() && name.size() > 1 ? 2 : 1));
+            if (!head.isEmpty() && !head.startsWith(folded[0]))
                 continue;
             QString key = FoldedText::fold(name);
             if (key.startsWith(folded[0]))
-                names.addOther(name, qint32(beyond.integer(0)), std::move(key));
+                names.addOther(std::move(name), qint32(beyond.integer(0)), std::move(key));
         }
         names.into(list);
         return;
@@ -136,10 +175,10 @@ void AddressStore::listNames(ComboList &list, const QString &pattern) const
     while (rows.next()) {
         if (rows.isNull(1))
             continue;
-        const QString name = rows.text(1);
+        QString name = rows.text(1);
         QString key = FoldedText::fold(name);
         if (JetLike::matches(key, folded))
-            names.addOther(name, qint32(rows.integer(0)), std::move(key));
+            names.addOther(std::move(name), qint32(rows.integer(0)), std::move(key));
     }
     names.into(list);
 }
@@ -178,15 +217,16 @@ void AddressStore::listEmployees(ComboList &list, bool currentOnly) const
 void AddressStore::readSearchTexts(bool employeesOnly, const SearchRow &row) const
 {
     RowReader rows(
-        m_db, QStringLiteral("SELECT Addresses.AddressID, Addresses.BusName, "
-                             "Addresses.contactFirstName, Addresses.ContactLastName, "
-                             "Addresses.BusCity, Addresses.BusPhone FROM Addresses") +
+        m_db, QStringLiteral("SELECT Addresses.AddressID, Addresses.contactFirstName, "
+                             "Addresses.ContactLastName, Addresses.BusCity, Addresses.BusPhone "
+                             "FROM Addresses") +
                   (employeesOnly ? QStringLiteral(" WHERE Addresses.WageFlag = True") : QString()));
-    std::array<QString, 5> texts;
+    // The texts as the rows hold them: most are not kept, only split into words.
+    std::array<QByteArray, 4> utf8;
     while (rows.next()) {
-        for (int c = 0; c < 5; ++c)
-            texts[std::size_t(c)] = rows.isNull(c + 1) ? QString() : rows.text(c + 1);
-        row(qint32(rows.integer(0)), texts);
+        for (int c = 0; c < 4; ++c)
+            utf8[std::size_t(c)] = rows.utf8(c + 1);
+        row(qint32(rows.integer(0)), utf8);
     }
 }
 

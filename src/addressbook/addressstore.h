@@ -84,10 +84,11 @@ public:
     // currentOnly those with an Employees row not finished (no date or 0), in AddressID
     // order, once for each such row.
     void listEmployees(ComboList &list, bool currentOnly) const;
-    // What a search looks at, for each entry (with employeesOnly each flagged for the wage
-    // book): its AddressID and its name, contact first and last names, city and phone, in
-    // that order (empty for Null). One statement; the rows in no particular order.
-    using SearchRow = std::function<void(qint32 addressId, const std::array<QString, 5> &texts)>;
+    // What a search looks at besides the name, for each entry (with employeesOnly each
+    // flagged for the wage book): its AddressID and its contact first and last names, city
+    // and phone, in that order, as UTF-8 good for the call only (empty for Null). One
+    // statement; the rows in no particular order.
+    using SearchRow = std::function<void(qint32 addressId, const std::array<QByteArray, 4> &utf8)>;
     void readSearchTexts(bool employeesOnly, const SearchRow &row) const;
     // The cashbook headings by name after a "None" item; nothing selected. Throws CvError
     // when they cannot be read, keeping what was added.

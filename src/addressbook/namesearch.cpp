@@ -28,8 +28,9 @@ QStringList splitWords(const QString &folded)
 }
 
 // Each run of letters and digits of the folded text after a \1, in UTF-8, with no list of
-// words in between: loading the index folds every entry of the book.
-void appendWords(QByteArray &out, const QString &folded)
+// words in between: loading the index folds every entry of the book. Built in a std::string,
+// whose push_back is cheap inline; the index is written a character at a time.
+void appendWords(std::string &out, const QString &folded)
 {
     bool inWord = false;
     for (const QChar c : folded) {
@@ -54,6 +55,63 @@ void appendWords(QByteArray &out, const QString &folded)
     }
 }
 
+// A text's words; most texts are ASCII, whose fold is their lower case: no folded copy.
+void appendTextWords(std::string &out, const QString &text)
+{
+    appendWords(out, FoldedText::isAscii(text) ? text : FoldedText::fold(text));
+}
+
+bool isAsciiAlnum(char c)
+{
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+// The same from UTF-8 as a row gives it: ASCII is split as it stands, without a QString.
+void appendUtf8Words(std::string &out, QByteArrayView utf8)
+{
+    if (!FoldedText::isAscii(utf8)) {
+        appendTextWords(out, QString::fromUtf8(utf8));
+        return;
+    }
+    bool inWord = false;
+    for (const char c : utf8) {
+        if (!isAsciiAlnum(c)) {
+            inWord = false;
+            continue;
+        }
+        if (!inWord)
+            out += kWordStart;
+        inWord = true;
+        out += char(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
+    }
+}
+
+// The phone's digits from each group on: digits are compared without the blanks, dashes
+// and brackets between them.
+void appendDigitRuns(std::string &out, QByteArrayView phone)
+{
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    bool inGroup = false;
+    for (qsizetype i = 0; i < phone.size(); ++i) {
+        const bool digit = isDigit(phone[i]);
+        if (digit && !inGroup) {
+            out += kWordStart;
+            for (qsizetype j = i; j < phone.size(); ++j)
+                if (isDigit(phone[j]))
+                    out += phone[j];
+        }
+        inGroup = digit;
+    }
+}
+
+// The words of an entry's texts but its name, in the order entryWords() gives them.
+void appendOtherWords(std::string &out, const std::array<QByteArray, 4> &utf8)
+{
+    for (std::size_t t = 0; t < 3; ++t)
+        appendUtf8Words(out, utf8[t]);
+    appendDigitRuns(out, utf8[3]);
+}
+
 } // namespace
 
 QStringList NameSearch::words(QStringView typed)
@@ -63,31 +121,18 @@ QStringList NameSearch::words(QStringView typed)
 
 QByteArray NameSearch::entryWords(const Texts &texts)
 {
-    QByteArray out;
-    out.reserve(64);
-    for (int t : {Name, FirstName, LastName, City}) {
-        const QString &text = texts[std::size_t(t)];
-        // Most texts are ASCII, whose fold is their lower case: no folded copy to make.
-        appendWords(out, FoldedText::isAscii(text) ? text : FoldedText::fold(text));
-    }
-    // The phone's digits from each group on: digits are compared without the blanks,
-    // dashes and brackets between them.
-    QByteArray digits;
-    std::vector<qsizetype> groupStarts;
-    bool inGroup = false;
-    for (const QChar c : texts[Phone]) {
-        const bool digit = c.unicode() >= u'0' && c.unicode() <= u'9';
-        if (digit && !inGroup)
-            groupStarts.push_back(digits.size());
-        if (digit)
-            digits += char(c.unicode());
-        inGroup = digit;
-    }
-    for (const qsizetype start : groupStarts) {
-        out += kWordStart;
-        out += QByteArrayView(digits).sliced(start);
-    }
-    return out;
+    std::string out;
+    appendTextWords(out, texts[Name]);
+    appendOtherWords(out, {texts[FirstName].toUtf8(), texts[LastName].toUtf8(),
+                           texts[City].toUtf8(), texts[Phone].toUtf8()});
+    return QByteArray::fromStdString(out);
+}
+
+void NameSearch::OtherWords::add(qint32 id, const std::array<QByteArray, 4> &utf8)
+{
+    const std::size_t from = m_words.size();
+    appendOtherWords(m_words, utf8);
+    m_entries.push_back({id, from, m_words.size() - from});
 }
 
 void NameSearch::clear()
@@ -98,24 +143,55 @@ void NameSearch::clear()
     m_from = {};
 }
 
-void NameSearch::load(const std::vector<ComboItem> &items, const QHash<qint32, QByteArray> &words)
+void NameSearch::load(const std::vector<ComboItem> &items, OtherWords others)
 {
     clear();
+    // Each item's other words found by AddressID: in a table by identifier when they are
+    // as dense as a book's usually are, else by search in a sorted vector.
+    auto &entries = others.m_entries;
+    const auto byId = [](const OtherWords::Entry &a, const OtherWords::Entry &b) {
+        return a.id < b.id;
+    };
+    if (!std::is_sorted(entries.begin(), entries.end(), byId))
+        std::sort(entries.begin(), entries.end(), byId);
+    const qint64 lowest = entries.empty() ? 0 : entries.front().id;
+    const qint64 span = entries.empty() ? 0 : entries.back().id - lowest + 1;
+    std::vector<qint32> slot; // the entry's position, -1 for none
+    if (span <= 8 * qint64(entries.size()) + 1024) {
+        slot.assign(std::size_t(span), -1);
+        for (std::size_t i = 0; i < entries.size(); ++i)
+            slot[std::size_t(entries[i].id - lowest)] = qint32(i);
+    }
+    const auto entryOf = [&](qint32 id) -> const OtherWords::Entry * {
+        if (!slot.empty() || entries.empty()) {
+            const qint64 at = id - lowest;
+            return at >= 0 && at < span && slot[std::size_t(at)] >= 0
+                       ? &entries[std::size_t(slot[std::size_t(at)])]
+                       : nullptr;
+        }
+        const auto found =
+            std::lower_bound(entries.begin(), entries.end(), OtherWords::Entry{id, 0, 0}, byId);
+        return found != entries.end() && found->id == id ? &*found : nullptr;
+    };
+
     m_items = items;
     m_from.reserve(items.size() + 1);
+    // Names are most of a list's text: room for them roughly at their length.
+    m_words.reserve(others.m_words.size() + items.size() * 24);
     for (const ComboItem &item : items) {
-        m_from.push_back(m_words.size());
-        const auto found = words.constFind(item.data);
-        m_words += found != words.constEnd() ? found.value() : entryWords({item.text});
+        m_from.push_back(qsizetype(m_words.size()));
+        appendTextWords(m_words, item.text);
+        if (const OtherWords::Entry *entry = entryOf(item.data))
+            m_words.append(others.m_words, entry->from, entry->size);
     }
-    m_from.push_back(m_words.size());
+    m_from.push_back(qsizetype(m_words.size()));
     m_loaded = true;
 }
 
 QByteArrayView NameSearch::wordsAt(int position) const
 {
     const auto at = std::size_t(position);
-    return QByteArrayView(m_words).sliced(m_from[at], m_from[at + 1] - m_from[at]);
+    return QByteArrayView(m_words.data() + m_from[at], m_from[at + 1] - m_from[at]);
 }
 
 std::vector<int> NameSearch::find(const QStringList &words) const
@@ -133,10 +209,11 @@ std::vector<int> NameSearch::find(const QStringList &words) const
     std::sort(patterns.begin(), patterns.end(),
               [](const QByteArray &a, const QByteArray &b) { return a.size() > b.size(); });
     const QByteArrayMatcher first(patterns.front());
-    for (qsizetype at = first.indexIn(m_words); at >= 0;) {
+    const auto size = qsizetype(m_words.size());
+    for (qsizetype at = first.indexIn(m_words.data(), size); at >= 0;) {
         const auto next = std::upper_bound(m_from.begin(), m_from.end(), at);
         found.push_back(int(next - m_from.begin()) - 1);
-        at = next == m_from.end() ? -1 : first.indexIn(m_words, *next);
+        at = next == m_from.end() ? -1 : first.indexIn(m_words.data(), size, *next);
     }
     for (std::size_t p = 1; p < patterns.size(); ++p) {
         const QByteArrayMatcher matcher(patterns[p]);

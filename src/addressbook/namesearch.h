@@ -4,10 +4,10 @@
 
 #include <array>
 #include <QByteArray>
-#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QStringView>
+#include <string>
 #include <vector>
 
 // Search as you type over the name list: an entry is found when every word typed begins
@@ -27,11 +27,32 @@ public:
     // An entry's searchable words, as the index holds them.
     static QByteArray entryWords(const Texts &texts);
 
+    // The words of every entry's texts but its name, gathered by AddressID before the
+    // list is loaded (the list's items give the names).
+    class OtherWords
+    {
+    public:
+        // An entry's first name, last name, city and phone as UTF-8, entries in any order;
+        // the bytes are read at once, so they may belong to a row reader's current row.
+        void add(qint32 id, const std::array<QByteArray, 4> &utf8);
+
+    private:
+        friend class NameSearch;
+        struct Entry
+        {
+            qint32 id;
+            std::size_t from;
+            std::size_t size;
+        };
+        std::string m_words;
+        std::vector<Entry> m_entries;
+    };
+
     bool isLoaded() const { return m_loaded; }
     void clear();
-    // The list's items in their order, each found by the words given for its AddressID
-    // (by its name alone when there are none).
-    void load(const std::vector<ComboItem> &items, const QHash<qint32, QByteArray> &words);
+    // The list's items in their order, each found by the words of its name and those
+    // given for its AddressID.
+    void load(const std::vector<ComboItem> &items, OtherWords others);
     const std::vector<ComboItem> &items() const { return m_items; }
     // The positions in items() of the entries every word finds, in list order.
     std::vector<int> find(const QStringList &words) const;
@@ -43,6 +64,6 @@ private:
 
     bool m_loaded = false;
     std::vector<ComboItem> m_items;
-    QByteArray m_words;            // each word of each entry after a \1
+    std::string m_words;           // each word of each entry after a \1
     std::vector<qsizetype> m_from; // where each item's words start; one more at the end
 };

@@ -2,6 +2,8 @@
 
 #include "core/cverror.h"
 
+#include <iterator>
+
 void ComboList::clear()
 {
     m_items.clear();
@@ -13,6 +15,16 @@ void ComboList::clear()
 void ComboList::addItem(const QString &text, qint32 data)
 {
     m_items.push_back({text, data});
+    ++m_itemsRevision;
+}
+
+void ComboList::addItems(std::vector<ComboItem> items)
+{
+    if (m_items.empty())
+        m_items = std::move(items);
+    else
+        m_items.insert(m_items.end(), std::make_move_iterator(items.begin()),
+                       std::make_move_iterator(items.end()));
     ++m_itemsRevision;
 }
 

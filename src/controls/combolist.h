@@ -20,6 +20,8 @@ class ComboList
 public:
     void clear();
     void addItem(const QString &text, qint32 data = 0);
+    // Adds the items after those there; an empty list takes the vector over whole.
+    void addItems(std::vector<ComboItem> items);
     void setItemData(int index, qint32 data);
     void reserve(int count) { m_items.reserve(std::size_t(count)); }
 

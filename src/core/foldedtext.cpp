@@ -1,6 +1,7 @@
 #include "core/foldedtext.h"
 
 #include <array>
+#include <cstring>
 
 namespace FoldedText {
 
@@ -79,8 +80,35 @@ const std::array<QString, kTableEnd - 0x80> &latinTable()
 
 bool isAscii(QStringView text)
 {
-    for (const QChar c : text)
-        if (c.unicode() >= 0x80)
+    // Four units at a time: every name of a list is looked at.
+    const char16_t *p = text.utf16();
+    const qsizetype n = text.size();
+    qsizetype i = 0;
+    for (; i + 4 <= n; i += 4) {
+        quint64 units;
+        std::memcpy(&units, p + i, sizeof units);
+        if (units & 0xFF80FF80FF80FF80U)
+            return false;
+    }
+    for (; i < n; ++i)
+        if (p[i] >= 0x80)
+            return false;
+    return true;
+}
+
+bool isAscii(QByteArrayView utf8)
+{
+    const char *p = utf8.data();
+    const qsizetype n = utf8.size();
+    qsizetype i = 0;
+    for (; i + 8 <= n; i += 8) {
+        quint64 bytes;
+        std::memcpy(&bytes, p + i, sizeof bytes);
+        if (bytes & 0x8080808080808080U)
+            return false;
+    }
+    for (; i < n; ++i)
+        if (p[i] & 0x80)
             return false;
     return true;
 }
@@ -105,9 +133,17 @@ QString fold(QStringView text)
 int compare(QStringView a, QStringView b)
 {
     const qsizetype n = qMin(a.size(), b.size());
-    for (qsizetype i = 0; i < n; ++i)
-        if (a[i] != b[i])
-            return codePointRank(a[i].unicode()) - codePointRank(b[i].unicode());
+    const char16_t *x = a.utf16();
+    const char16_t *y = b.utf16();
+    if (x == y)
+        return int(a.size() - b.size()); // one text shared: not read at all
+    qsizetype i = 0;
+    // Equal units skipped four at a time: a sort compares many equal names and beginnings.
+    while (i + 4 <= n && std::memcmp(x + i, y + i, 4 * sizeof(char16_t)) == 0)
+        i += 4;
+    for (; i < n; ++i)
+        if (x[i] != y[i])
+            return codePointRank(x[i]) - codePointRank(y[i]);
     return int(a.size() - b.size());
 }
 

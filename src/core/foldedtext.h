@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QString>
 #include <QStringView>
 
@@ -12,6 +13,7 @@
 namespace FoldedText {
 
 bool isAscii(QStringView text);
+bool isAscii(QByteArrayView utf8);
 QString fold(QStringView text);
 // Orders folded texts by code point (UTF-8 byte order, as both backends compare).
 int compare(QStringView a, QStringView b);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QVariant>
 
@@ -24,6 +25,9 @@ public:
     virtual bool isNull(int column) const = 0;
     virtual qint64 integer(int column) const = 0;
     virtual QString text(int column) const = 0;
+    // The text as UTF-8, good until the next row: without a copy where the backend holds
+    // it so (for lists that read text they do not keep).
+    virtual QByteArray utf8(int column) const { return text(column).toUtf8(); }
     // The value as the backend holds it: qint64, double, QString, QByteArray, or an
     // invalid QVariant for Null.
     virtual QVariant value(int column) const = 0;

@@ -47,3 +47,8 @@ QString RowReader::text(int column) const
 {
     return m_statement->text(column);
 }
+
+QByteArray RowReader::utf8(int column) const
+{
+    return m_statement->utf8(column);
+}

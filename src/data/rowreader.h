@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <QByteArray>
 #include <QString>
 #include <QVariantList>
 
@@ -26,6 +27,8 @@ public:
     // A Null reads as 0 or as empty text.
     qint64 integer(int column) const;
     QString text(int column) const;
+    // The text as UTF-8, good until next(): no copy on SQLite.
+    QByteArray utf8(int column) const;
 
 private:
     std::shared_ptr<DatabaseState> m_state; // the connection stays open while reading

@@ -42,6 +42,13 @@ public:
             sqlite3_column_bytes(m_stmt, column));
     }
 
+    QByteArray utf8(int column) const override
+    {
+        return QByteArray::fromRawData(
+            reinterpret_cast<const char *>(sqlite3_column_text(m_stmt, column)),
+            sqlite3_column_bytes(m_stmt, column));
+    }
+
     QVariant value(int column) const override;
 
 private:

@@ -58,6 +58,27 @@ TEST_F(FoldedNames, ListAndLetterStripOrderAndFilterByTheBaseLetter)
     EXPECT_EQ(startingWith(kFolded, u'o').size(), 7);
 }
 
+// Names that fold alike: ASCII first, then as written, then by identifier, whichever order
+// the rows come in (on SQLite the two Ōhope rows come apart, around the ŌHOPE one).
+TEST_F(FoldedNames, EqualFoldsOrderByTheNameAsWrittenThenByIdentifier)
+{
+    const struct
+    {
+        qint32 id;
+        const char *name;
+    } rows[] = {{5, "Ōhope"}, {3, "ŌHOPE"}, {2, "Ōhope"}, {4, "Ohope"}, {1, "Ōkato"}, {6, "Oha"}};
+    for (const auto &row : rows)
+        addAddress(row.id, QString::fromUtf8(row.name));
+    start(0);
+    for (const char *filter : {"*", "O"}) {
+        logic.changeLetterFilter(filter);
+        std::vector<qint32> ids;
+        for (int i = 0; i < logic.nameList().count(); ++i)
+            ids.push_back(logic.nameList().itemData(i));
+        EXPECT_EQ(ids, std::vector<qint32>({6, 4, 3, 2, 5, 1})) << filter;
+    }
+}
+
 TEST_F(FoldedNames, EmployeeListOfAllIsInFoldedOrderCurrentOnlyByIdentifier)
 {
     addAll();
