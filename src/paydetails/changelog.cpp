@@ -95,6 +95,14 @@ QString namedFieldChangeLine(const QString &newValue, const QString &oldValue, q
         {todayText(), fieldLabel(field), newValue.isNull() ? QStringLiteral("") : newValue});
 }
 
+QString taxCodeChangeLine(const QString &newValue, const QString &oldValue)
+{
+    if (newValue.trimmed() == oldValue.trimmed())
+        return QString();
+    return Translate(QStringLiteral("[|0|] Tax code changed to |1|"),
+                     {todayText(), newValue.trimmed()});
+}
+
 void appendToNotes(Database &farm, const QStringList &lines, qint32 addressId)
 {
     QStringList written;
@@ -156,6 +164,8 @@ QString reasonPrompt(qint16 field, bool list)
         return QStringLiteral("Reason for the pay rate change (optional):");
     case 3:
         return QStringLiteral("Reason for the salary change (optional):");
+    case 6:
+        return QStringLiteral("Reason for the tax code change (optional):");
     default:
         return QString();
     }

@@ -20,6 +20,10 @@ QString valueChangeLine(qint16 field, const QString &newValue, const QString &ol
 // other fields an empty label.
 QString namedFieldChangeLine(const QString &newValue, const QString &oldValue, qint16 field);
 
+// "[date] Tax code changed to <new value>" (the typed tax code box, beside the tax type
+// list): a tax code is what the tax office checks first. None when unchanged.
+QString taxCodeChangeLine(const QString &newValue, const QString &oldValue);
+
 // Who made a change and why, after the line: "<line> (by Mere)", "<line> (by Mere: annual
 // review)"; without a name "<line> (annual review)"; neither, or an empty line: unchanged. At
 // the end, so every line still opens with its date and what changed, as the older lines do.
@@ -33,8 +37,8 @@ QString oneLogLine(const QString &text, qsizetype maxLength);
 constexpr qsizetype kMaxLogReason = 120;
 constexpr qsizetype kMaxLogUser = 40;
 
-// The question asked for a reason when the field's change is logged: pay rate and salary
-// (text fields 2 and 3) and tax type (list 1); empty for the fields that do not ask.
+// The question asked for a reason when the field's change is logged: pay rate, salary
+// and tax code (text fields 2, 3 and 6) and tax type (list 1); empty for the others.
 QString reasonPrompt(qint16 field, bool list);
 
 // Adds the lines, in order, after the entry's notes (CR LF between lines), on the

@@ -201,7 +201,9 @@ bool PayDetailsEditor::textFocusOut(int field)
             oldText = old.value<Money>().toString();
         else
             oldText = old.toString();
-        logLine(valueChangeLine(qint16(field), m_text[std::size_t(field)], oldText),
+        const QString &newText = m_text[std::size_t(field)];
+        logLine(field == TaxCode ? taxCodeChangeLine(newText, oldText)
+                                 : valueChangeLine(qint16(field), newText, oldText),
                 QString::fromLatin1(PayFields::textColumns[field]),
                 reasonPrompt(qint16(field), false));
     } catch (const CvError &e) {

@@ -233,11 +233,12 @@ TEST_F(EditorBooks, ChangeLogLinesAreWrittenOnlyWithTheSaveThatStoresTheChange)
     EXPECT_EQ(why.prompts.size(), 1) << "a save gone back to does not ask again";
 }
 
-// Pay rate, salary and tax type changes ask why; the answer, kept on one line, follows who
-// made the change. Cancel or nothing typed still logs the change; no change, no question.
+// Pay rate, salary, tax type and tax code changes ask why; the answer, kept on one line,
+// follows who made the change. Cancel or nothing typed still logs the change; no change, no
+// question.
 TEST_F(EditorBooks, PayChangesAskWhyAndAreSignedWithWho)
 {
-    ReasonAnswers why({"annual review", "", "new job\r\n\tsecond job"});
+    ReasonAnswers why({"annual review", "", "new job\r\n\tsecond job", "IR330 received"});
     Editor editor(Editor::Host::WagesTab);
     editor.setInputBox(&why);
     editor.load(*farm, 37);
@@ -251,19 +252,23 @@ TEST_F(EditorBooks, PayChangesAskWhyAndAreSignedWithWho)
     pickAndLeave(Editor::TaxType, "Secondary");
     pickAndLeave(Editor::PayInterval, "Weekly"); // told when chosen and when left
     type(editor, Editor::PayRate, "31");
+    type(editor, Editor::TaxCode, "ME");
     EXPECT_EQ(why.prompts,
               QStringList({"Pay rate amended to $31.00 Head.\n\nReason for the pay rate change "
                            "(optional):",
                            "Salary Changed to $52,000.00 per year.\n\nReason for the salary "
                            "change (optional):",
                            "Tax type changed to Secondary.\n\nReason for the tax type change "
+                           "(optional):",
+                           "Tax code changed to ME.\n\nReason for the tax code change "
                            "(optional):"}));
     EXPECT_EQ(editor.pendingLog(),
               QStringList({"[20/05/2024] Pay rate amended to $31.00 Head (by Mere: annual review)",
                            "[20/05/2024] Salary Changed to $52,000.00 per year (by Mere)",
                            "[20/05/2024] Tax type changed to Secondary (by Mere: new job second "
                            "job)",
-                           "[20/05/2024] Pay interval changed to Weekly (by Mere)"}));
+                           "[20/05/2024] Pay interval changed to Weekly (by Mere)",
+                           "[20/05/2024] Tax code changed to ME (by Mere: IR330 received)"}));
 }
 
 // The ESCT tick on the tab, and leaving KiwiSaver in the dialog, are stored at once.
