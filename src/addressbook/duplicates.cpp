@@ -1,6 +1,7 @@
 #include "addressbook/duplicates.h"
 
 #include "checks/identifiers.h"
+#include "core/foldedtext.h"
 #include "data/database.h"
 #include "data/rowreader.h"
 
@@ -10,18 +11,25 @@
 namespace Duplicates {
 
 namespace {
-void sortByName(std::vector<Match> &found);
+
+void sortByName(std::vector<Match> &found)
+{
+    std::sort(found.begin(), found.end(), [](const Match &a, const Match &b) {
+        const int byName = a.name.compare(b.name, Qt::CaseInsensitive);
+        return byName != 0 ? byName < 0 : a.addressId < b.addressId;
+    });
+}
+
 } // namespace
 
 QString nameKey(const QString &name)
 {
-    const QString decomposed = name.normalized(QString::NormalizationForm_KD);
+    // Folded as the name list sorts and the search compares, then without punctuation.
     QString folded;
-    folded.reserve(decomposed.size());
-    for (const QChar c : decomposed) {
-        if (c.isMark() || c == u'\'' || c == u'\u2019' || c == u'.')
-            continue; // accents; O'Brien is OBrien, Co. is Co
-        folded += c.isLetterOrNumber() ? c.toCaseFolded() : QChar(u' ');
+    for (const QChar c : FoldedText::fold(name)) {
+        if (c == u'\'' || c == u'\u2019' || c == u'.')
+            continue; // O'Brien is OBrien, Co. is Co
+        folded += c.isLetterOrNumber() ? c : QChar(u' ');
     }
     QStringList words = folded.split(u' ', Qt::SkipEmptyParts);
     if (words.size() > 1 && (words.last() == u"ltd" || words.last() == u"limited"))
@@ -51,39 +59,6 @@ std::vector<Match> sameName(Database &db, const QString &name, bool employeesOnl
     return found;
 }
 
-namespace {
-
-QString digitsOf(const QString &text)
-{
-    QString digits;
-    for (const QChar c : text)
-        if (c >= u'0' && c <= u'9')
-            digits += c;
-    return digits;
-}
-
-QString bankKey(const QString &bank, const QString &branch, const QString &account,
-                const QString &suffix)
-{
-    const QString number = digitsOf(account);
-    if (number.isEmpty())
-        return {};
-    const auto padded = [](const QString &part, int width) {
-        return digitsOf(part).rightJustified(width, u'0');
-    };
-    return padded(bank, 2) + padded(branch, 4) + number.rightJustified(8, u'0') + padded(suffix, 4);
-}
-
-void sortByName(std::vector<Match> &found)
-{
-    std::sort(found.begin(), found.end(), [](const Match &a, const Match &b) {
-        const int byName = a.name.compare(b.name, Qt::CaseInsensitive);
-        return byName != 0 ? byName < 0 : a.addressId < b.addressId;
-    });
-}
-
-} // namespace
-
 std::vector<Match> sameTaxNumber(Database &db, qint32 exceptId, const QString &typed)
 {
     const QString key = Identifiers::comparableTaxNumber(typed);
@@ -105,7 +80,7 @@ std::vector<Match> sameBankAccount(Database &db, qint32 exceptId, const QString 
                                    const QString &branch, const QString &account,
                                    const QString &suffix)
 {
-    const QString key = bankKey(bank, branch, account, suffix);
+    const QString key = Identifiers::comparableBankAccount({bank, branch, account, suffix});
     std::vector<Match> found;
     if (key.isEmpty())
         return found;
@@ -115,7 +90,8 @@ std::vector<Match> sameBankAccount(Database &db, qint32 exceptId, const QString 
                                   "Addresses WHERE BusBankAcNo Is Not Null AND AddressID <> ?"),
                    {exceptId});
     while (rows.next())
-        if (bankKey(rows.text(3), rows.text(4), rows.text(5), rows.text(6)) == key)
+        if (Identifiers::comparableBankAccount(
+                {rows.text(3), rows.text(4), rows.text(5), rows.text(6)}) == key)
             found.push_back({qint32(rows.integer(0)), rows.text(1), rows.text(2)});
     sortByName(found);
     return found;

@@ -375,4 +375,19 @@ QString comparableTaxNumber(const QString &text)
     return digits.size() >= 5 ? digits : QString();
 }
 
+QString comparableBankAccount(const BankAccount &account)
+{
+    const auto padded = [](const QString &part, int width) {
+        QString digits;
+        for (const QChar c : part)
+            if (c >= u'0' && c <= u'9')
+                digits += c;
+        return digits.rightJustified(width, u'0');
+    };
+    if (padded(account.account, 0).isEmpty())
+        return {};
+    return padded(account.bank, 2) + padded(account.branch, 4) + padded(account.account, 8) +
+           padded(account.suffix, 4);
+}
+
 } // namespace Identifiers

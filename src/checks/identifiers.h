@@ -77,6 +77,10 @@ QString businessTaxNumberName(int country);
 // A tax number as two entries' numbers are compared: its digits without leading zeros,
 // whatever dashes or blanks it was written with; empty for fewer than five digits.
 QString comparableTaxNumber(const QString &text);
+// A bank account as two entries' accounts are compared: bank, branch, account and suffix
+// as numbers, padded to 2, 4, 8 and 4 digits ("01-902-68389-0" is "01-0902-0068389-000");
+// empty without an account number.
+QString comparableBankAccount(const BankAccount &account);
 QString employeeTaxNumberName(int country);
 
 } // namespace Identifiers
